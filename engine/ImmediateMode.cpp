@@ -1,0 +1,100 @@
+/// The generic immediate-mode emitter: any combination of attributes, tested for every vertex.
+#include <utility>
+
+#include "engine/Repetition.h"
+#include "engine/SorvantaTest.h"
+#include "platform/gl/ContextTable.h"
+
+namespace {
+
+/// Bits of the attribute word.
+constexpr unsigned int kNormalBit = 1;
+constexpr unsigned int kColorBit = 2;
+constexpr unsigned int kSecondaryColorBit = 4;
+constexpr unsigned int texCoordBit(std::size_t unit) {
+  return 8U << unit;
+}
+
+/// Per-vertex calls through the exported functions.
+struct DirectCalls {
+  void normal(const GLCoord3& v) const { glNormal3fv(&v.x); }
+  void color(const GLCoord3& v) const { glColor3fv(&v.x); }
+  void secondaryColor(const GLCoord3& v) const { glSecondaryColor3fvEXT(&v.x); }
+  void texCoord(GLenum unit, const GLCoord2& v) const { glMultiTexCoord2fvARB(unit, &v.s); }
+  void vertex(const GLCoord3& v) const { glVertex3fv(&v.x); }
+};
+
+/// Per-vertex calls through the context's table, each entry read at the moment of the call.
+struct ContextCalls {
+  CGLContextObj context;
+
+  void normal(const GLCoord3& v) const { context->table.Normal3fv(context->renderer, &v.x); }
+  void color(const GLCoord3& v) const { context->table.Color3fv(context->renderer, &v.x); }
+  void secondaryColor(const GLCoord3& v) const {
+    context->table.SecondaryColor3fv(context->renderer, &v.x);
+  }
+  void texCoord(GLenum unit, const GLCoord2& v) const {
+    context->table.MultiTexCoord2fv(context->renderer, unit, &v.s);
+  }
+  void vertex(const GLCoord3& v) const { context->table.Vertex3fv(context->renderer, &v.x); }
+};
+
+/// Keeps the compiler from hoisting the attribute tests out of the vertex loop, at no cost in
+/// instructions: the tests are part of what this emitter measures.
+void forgetValue(unsigned int& value) {
+  asm volatile("" : "+r"(value));
+}
+
+}  // namespace
+
+void SorvantaTest::drawImmediateMode(unsigned int reps) {
+  repeatModel(static_cast<int>(reps), thrash, [this] { drawImmediateModeRep(); });
+}
+
+void SorvantaTest::drawImmediateModeRep() {
+  if (useMacros) {
+    emitModel(ContextCalls{CGLGetCurrentContext()});
+  } else {
+    emitModel(DirectCalls{});
+  }
+}
+
+template <typename Calls>
+void SorvantaTest::emitModel(Calls calls) const {
+  unsigned int attributes = (useNormals ? kNormalBit : 0) | (useColor ? kColorBit : 0) |
+                            (useSecColor ? kSecondaryColorBit : 0);
+  for (std::size_t unit = 0; unit < kTextureUnitCount; ++unit) {
+    attributes |= textureEnabled[unit] ? texCoordBit(unit) : 0;
+  }
+
+  const MeshArrays a = arrays;
+  const GLenum mode = primitiveMode;
+  const std::size_t verticesPerStrip = layout.verticesPerStrip;
+  std::size_t i = 0;
+  for (std::uint32_t strip = 0; strip < layout.stripCount; ++strip) {
+    glBegin(mode);
+    for (const std::size_t end = i + verticesPerStrip; i < end; ++i) {
+      forgetValue(attributes);
+      if ((attributes & kNormalBit) != 0) {
+        calls.normal(a.normals[i]);
+      }
+      if ((attributes & kColorBit) != 0) {
+        calls.color(a.colors[i]);
+      }
+      if ((attributes & kSecondaryColorBit) != 0) {
+        calls.secondaryColor(a.secondaryColors[i]);
+      }
+      const auto sendTexCoord = [&](std::size_t unit) {
+        if ((attributes & texCoordBit(unit)) != 0) {
+          calls.texCoord(static_cast<GLenum>(GL_TEXTURE0_ARB + unit), a.texCoords[unit][i]);
+        }
+      };
+      [&]<std::size_t... units>(std::index_sequence<units...>) {
+        (sendTexCoord(units), ...);
+      }
+      (std::make_index_sequence<kTextureUnitCount>());
+      calls.vertex(a.vertices[i]);
+    }
+    glEnd();
+  }
+}

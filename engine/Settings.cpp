@@ -1,0 +1,151 @@
+/// Construction, settings and the rebuilds that they trigger.
+#include <algorithm>
+#include <cstdlib>
+
+#include "engine/Assertion.h"
+#include "engine/SorvantaTest.h"
+#include "platform/gl/Driver.h"
+
+namespace {
+
+GLenum modeOf(Primitive primitive) {
+  const auto row = std::find_if(kPrimitives.begin(), kPrimitives.end(),
+                                [=](const auto& p) { return p.primitive == primitive; });
+  if (row == kPrimitives.end()) {
+    std::abort();
+  }
+  return row->mode;
+}
+
+unsigned int limit(GLenum name) {
+  GLint value = 0;
+  glGetIntegerv(name, &value);
+  return static_cast<unsigned int>(value);
+}
+
+}  // namespace
+
+SorvantaTest::SorvantaTest(PerformanceHistory* history) : perfHistory(history) {
+  require(perfHistory != nullptr, "perfHistory");
+  updateVertices();
+}
+
+void SorvantaTest::setDetail(unsigned int d) {
+  const unsigned int clamped = std::clamp(d, minDetail(), maxDetail());
+  if (clamped == detail) {
+    return;
+  }
+  detail = clamped;
+  updateVertices();
+}
+
+void SorvantaTest::setZoom(float z) {
+  if (z != 0.0F) {
+    zoomSetting = z;
+  }
+  if (glInitialized) {
+    updateVertices();
+  }
+}
+
+void SorvantaTest::setPrimitive(Primitive p) {
+  primitiveMode = modeOf(p);
+  updateVertices();
+  updateDataStructures();
+}
+
+void SorvantaTest::setDrawMethod(DrawMethod m) {
+  drawMethod = m;
+  updateDataStructures();
+}
+
+void SorvantaTest::setNormals(bool on) {
+  useNormals = on;
+  updateDataStructures();
+}
+
+void SorvantaTest::setColor(bool on) {
+  useColor = on;
+  updateDataStructures();
+}
+
+void SorvantaTest::setSecColor(bool on) {
+  useSecColor = on;
+  updateDataStructures();
+}
+
+void SorvantaTest::setVertexColors(bool on) {
+  vertexColors = on;
+  useColor = on;
+  updateDataStructures();
+  updateVertices();
+  perfHistory->clearSamples();
+}
+
+void SorvantaTest::setTexturing(unsigned int slot, bool on) {
+  textureEnabled[slot] = on;
+  updateDataStructures();
+}
+
+void SorvantaTest::setTexturing(const bool* flags) {
+  require(textureUnitCount() <= kTextureUnitCount, "textureUnitCount() <= kTextureUnitCount");
+  for (unsigned int i = 0; i < textureUnitCount(); ++i) {
+    textureEnabled[i] = flags[i];
+  }
+  updateDataStructures();
+}
+
+void SorvantaTest::setLighting(unsigned int light, bool on) {
+  lightEnabled[light] = on;
+  updateDataStructures();
+}
+
+void SorvantaTest::setLighting(const bool* flags) {
+  require(lightCount() <= kLightCount, "lightCount() <= kLightCount");
+  for (unsigned int i = 0; i < lightCount(); ++i) {
+    lightEnabled[i] = flags[i];
+  }
+  updateDataStructures();
+}
+
+void SorvantaTest::setThrash(bool on) {
+  thrash = on;
+  perfHistory->clearSamples();
+}
+
+void SorvantaTest::setRotate(bool on) {
+  rotate = on;
+  perfHistory->clearSamples();
+}
+
+void SorvantaTest::setMacros(bool on) {
+  useMacros = on;
+  perfHistory->clearSamples();
+}
+
+void SorvantaTest::setTextureCopies() {
+  textureCopies = !textureCopies;
+}
+
+unsigned int SorvantaTest::lightCount() const {
+  return limit(GL_MAX_LIGHTS);
+}
+
+unsigned int SorvantaTest::textureUnitCount() const {
+  return limit(GL_MAX_TEXTURE_UNITS_ARB);
+}
+
+unsigned int SorvantaTest::maxVertexArraySize() const {
+  return driver().vertexArrayRange->maximumVertices(kBytesPerVertex);
+}
+
+void SorvantaTest::updateDataStructures() {
+  deleteVertexBufferObjects();
+  deleteVertexArrayObjects();
+  deleteDisplayList();
+  driver().vertexArrayRange->releaseKeptStorage();
+  if (const auto rebuild = traitsOf(drawMethod).rebuild) {
+    rebuild(*this);
+  }
+  perfHistory->clearSamples();
+}

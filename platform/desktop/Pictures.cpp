@@ -1,0 +1,34 @@
+#include "platform/desktop/Pictures.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include <gdk-pixbuf/gdk-pixbuf.h>
+
+std::optional<Bitmap> decodePicture(const std::string& path) {
+  g_autoptr(GdkPixbuf) picture = gdk_pixbuf_new_from_file(path.c_str(), nullptr);
+  if (picture == nullptr) {
+    return std::nullopt;
+  }
+  const int width = gdk_pixbuf_get_width(picture);
+  const int height = gdk_pixbuf_get_height(picture);
+  const int channels = gdk_pixbuf_get_n_channels(picture);
+
+  Bitmap bitmap;
+  bitmap.hasAlpha = gdk_pixbuf_get_has_alpha(picture) != FALSE;
+  bitmap.bitsPerPixel = 8 * channels;
+  bitmap.bytesPerRow = width * channels;
+  bitmap.width = static_cast<float>(width);
+  bitmap.height = static_cast<float>(height);
+
+  // Rows without padding: a row length in pixels cannot express one of four-byte steps when a
+  // pixel has three.
+  const auto rowBytes = static_cast<std::size_t>(bitmap.bytesPerRow);
+  const auto stride = static_cast<std::size_t>(gdk_pixbuf_get_rowstride(picture));
+  const std::uint8_t* const rows = gdk_pixbuf_read_pixels(picture);
+  bitmap.data.resize(rowBytes * static_cast<std::size_t>(height));
+  for (std::size_t row = 0; row < static_cast<std::size_t>(height); ++row) {
+    std::copy_n(rows + row * stride, rowBytes, bitmap.data.data() + row * rowBytes);
+  }
+  return bitmap;
+}
