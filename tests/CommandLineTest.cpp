@@ -1,9 +1,6 @@
 // The parser and the report, on the recording GL and a clock that tests set.
 #include <random>
-#include <string>
 
-#include "app/Application.h"
-#include "app/CommandLine.h"
 #include "app/Reporting.h"
 #include "app/Window.h"
 #include "engine/Memory.h"
@@ -17,124 +14,39 @@ namespace {
 std::vector<std::pair<int, int>> requestedSizes;
 int obscuringWindows = 0;
 
-class CommandLineTest : public EngineTest {
- protected:
-  CommandLineTest() {
-    vpt = &test;
-    perfHistory = &history;
-    report = Report();
-    requestedSizes.clear();
-    obscuringWindows = 0;
-  }
-
-  static bool apply(std::vector<std::string> arguments) {
-    std::vector<char*> argv = {nullptr};
-    for (std::string& argument : arguments) {
-      argv.push_back(argument.data());
-    }
-    return applyArguments(static_cast<int>(argv.size()), argv.data());
-  }
-};
+using CommandLineTest = EngineTest;
 
 TEST_F(CommandLineTest, OptionsReachTheTestObjectAndTheReport) {
-  EXPECT_TRUE(apply({"-d",       "7",  "-p",   "quads", "-M",  "drawArraysWithStaticVBO",
-                     "-m",       "-T", "-A",   "-c",    "-s",  "-r",
-                     "5",        "-h", "300",  "-w",    "500", "-b",
-                     "-regress", "40", "0.05x"}));
-  EXPECT_EQ(test.getDetail(), 7U);
-  EXPECT_EQ(test.getPrimitive(), GLenum{GL_QUADS});
-  EXPECT_EQ(test.getDrawMethod(), kDrawArraysWithStaticVBO);
+  apply("-d -3 -p quads -M drawArrays -m -T -A -r 5 -h 300 -w 500 -b");
+  EXPECT_EQ(test.getDetail(), 2048U);  // as a negative number is a large one
   EXPECT_TRUE(test.getMacros() && test.getThrash() && test.getRotate());
-  EXPECT_TRUE(test.getColor() && test.getSecColor());
   EXPECT_EQ(requestedSizes, (std::vector<std::pair<int, int>>{{400, 300}, {500, 300}}));
   EXPECT_EQ(obscuringWindows, 1);
+  EXPECT_EQ(report.benchmarkStartTime, fakeClock.now + 100000);
+  EXPECT_EQ(report.benchmarkEndTime, report.benchmarkStartTime + 5000000);
+  apply("-u -u -t7 -l7 -d 1 -regress 40 0.05x -r -5");
   EXPECT_TRUE(report.terse && report.averageResults && report.regress && report.timedBenchmark);
   EXPECT_EQ(report.regressReference, 40);
   EXPECT_EQ(report.tolerance, 0.05F);
-  EXPECT_EQ(report.benchmarkStartTime, fakeClock.now + 100000);
-  EXPECT_EQ(report.benchmarkEndTime, report.benchmarkStartTime + 5000000);
-
-  EXPECT_TRUE(apply({"-r", " -5", "-u", "-u", "-t7", "-l7", "-d", "1", "-M", "drawArrays"}));
   EXPECT_EQ(report.benchmarkEndTime, report.benchmarkStartTime - 5000000);
   const Calls frame = drawFrame();
-  EXPECT_EQ(countOf(frame, "glCopyTexImage2D"), 0U);
-  EXPECT_EQ(countOf(frame, "glTexCoordPointer"), 1U);
-  EXPECT_EQ(std::count(frame.begin(), frame.end(), call("glEnable", GL_LIGHT7)), 1);
-}
-
-TEST_F(CommandLineTest, NegativeDetailIsALargeOne) {
-  EXPECT_TRUE(apply({"-r", "1", "-d", "-3"}));
-  EXPECT_EQ(test.getDetail(), 2048U);
-}
-
-TEST_F(CommandLineTest, MethodsThatTheDriverCannotCarryEndTheRun) {
-  FakeDriver poor;
-  poor.extensions = "GL_EXT_texture";
-  setUpOn(poor);
-  EXPECT_EXIT(apply({"-M", "drawArraysWithStaticVBO"}), testing::ExitedWithCode(1),
-              "this OpenGL driver has no vertex buffer objects, which the method "
-              "drawArraysWithStaticVBO draws with");
-  EXPECT_TRUE(apply({"-r", "1", "-M", "drawArraysWithVertArrayRng"}));
+  EXPECT_EQ(countOf(frame, "glCopyTexImage2D"), 0);
+  EXPECT_EQ(countOf(frame, "glTexCoordPointer"), 1);
+  EXPECT_TRUE(contains(frame, {gl("Enable", GL_LIGHT7)}));
 }
 
 TEST_F(CommandLineTest, AnyArgumentListEndsInSoundSettings) {
-  const std::vector<std::string> words = {"-r",
-                                          "-help",
-                                          "-regress",
-                                          "-terse",
-                                          "-avg",
-                                          "-t0",
-                                          "-t7",
-                                          "-t8",
-                                          "-t",
-                                          "-l3",
-                                          "-n",
-                                          "-c",
-                                          "-s",
-                                          "-m",
-                                          "-T",
-                                          "-p",
-                                          "-M",
-                                          "-d",
-                                          "-z",
-                                          "-A",
-                                          "-o",
-                                          "-u",
-                                          "-h",
-                                          "-w",
-                                          "-b",
-                                          "-a",
-                                          "-R",
-                                          "triangles",
-                                          "quads",
-                                          "points",
-                                          "drawArrays",
-                                          "displayLists",
-                                          "drawArraysWithStaticVBO",
-                                          "drawArraysWithVertArrayObjects",
-                                          "compiledVertArray",
-                                          "arrayElement",
-                                          "",
-                                          "0",
-                                          "1",
-                                          "2",
-                                          "17",
-                                          "-3",
-                                          "0.5",
-                                          "1e9",
-                                          "nan",
-                                          "-inf",
-                                          "4294967297",
-                                          "-99999999999999999999",
-                                          "%s%n",
-                                          "\xff\xfe",
-                                          "-geometry",
-                                          "--",
-                                          std::string(5000, '7')};
+  std::istringstream list(
+      "-r -help -regress -terse -avg -t0 -t7 -t8 -t -l3 -n -c -s -m -T -p -M -d -z -A -o -u -h -w "
+      "-b -a -R triangles quads points drawArrays displayLists drawArraysWithStaticVBO "
+      "drawArraysWithVertArrayObjects compiledVertArray arrayElement 0 1 2 17 -3 0.5 1e9 nan -inf "
+      "4294967297 -99999999999999999999 %s%n \xff\xfe -geometry --");
+  std::vector<std::string> words = {"", std::string(5000, '7')};
+  words.insert(words.end(), std::istream_iterator<std::string>(list), {});
   std::mt19937 random(20);
   testing::internal::CaptureStdout();
   int accepted = 0;
-  for (int list = 0; list < 4000; ++list) {
+  for (int run = 0; run < 4000; ++run) {
     std::vector<std::string> arguments;
     for (auto count = random() % 9; count > 0; --count) {
       arguments.push_back(words[random() % words.size()]);
@@ -143,10 +55,10 @@ TEST_F(CommandLineTest, AnyArgumentListEndsInSoundSettings) {
         arguments.back() = std::to_string(random() % 20);
       }
     }
-    if (list % 2 == 0) {
-      arguments.insert(arguments.end(), {"-r", std::to_string(list - 2000)});
+    if (run % 2 == 0) {
+      arguments.insert(arguments.end(), {"-r", std::to_string(run - 2000)});
     }
-    accepted += apply(arguments) ? 1 : 0;
+    accepted += parse(arguments) ? 1 : 0;
     EXPECT_GE(test.getDetail(), test.minDetail());
     EXPECT_LE(test.getDetail(), test.maxDetail());
     takeCalls();
@@ -159,38 +71,30 @@ TEST_F(CommandLineTest, AnyArgumentListEndsInSoundSettings) {
 
 TEST_F(CommandLineTest, RecordsFromTheSecondFrameAfterTheStart) {
   report.benchmarkStartTime = fakeClock.now + 100;
-  const auto frameWith = [this](float figure) {
+  testing::internal::CaptureStdout();
+  for (const float figure : {1.0F, 2.0F, 12.3456789F, 4e6F}) {  // the second brings the reset
     fakeClock.now += 60;
     history.addSample(figure);
-    testing::internal::CaptureStdout();
     recordPerf();
-    return testing::internal::GetCapturedStdout();
-  };
-  EXPECT_EQ(frameWith(1), "");
-  EXPECT_EQ(frameWith(2), "");  // the reset
-  EXPECT_EQ(history.getSampleCount(), 0);
-  EXPECT_EQ(frameWith(12.3456789F), "12.3457 MTri/sec\n");
-  test.setPrimitive(kQuadStrip);
-  EXPECT_EQ(frameWith(4e6F), "4e+06 MQuad/sec\n");
+    test.setPrimitive(figure < 10 ? kTriStrip : kQuadStrip);
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "12.3457 MTri/sec\n4e+06 MQuad/sec\n");
   EXPECT_EQ(report.samples, 2);
   EXPECT_FLOAT_EQ(report.sum, 12.3456789F + 4e6F);
 }
 
 TEST_F(CommandLineTest, VerdictOfARegressionCheck) {
-  const auto status = [](float sum, int samples, float reference, float tolerance) {
-    report.regress = true;
+  const std::tuple<float, int, float, float, int> verdicts[] = {
+      {84, 2, 40, 0.0501F, 0}, {84, 2, 40, 0.0499F, 1}, {80, 2, 40, 0, 0},
+      {80, 2, -40, 0, 0},      {80, 2, 0, 5, 1},        {0, 0, 40, 0, 0}};
+  report.regress = true;
+  for (const auto& [sum, samples, reference, tolerance, status] : verdicts) {
     report.sum = sum;
     report.samples = samples;
     report.regressReference = reference;
     report.tolerance = tolerance;
-    return [] { quit(); };
-  };
-  EXPECT_EXIT(status(84, 2, 40, 0.0501F)(), testing::ExitedWithCode(0), "");
-  EXPECT_EXIT(status(84, 2, 40, 0.0499F)(), testing::ExitedWithCode(1), "");
-  EXPECT_EXIT(status(80, 2, 40, 0)(), testing::ExitedWithCode(0), "");
-  EXPECT_EXIT(status(80, 2, -40, 0)(), testing::ExitedWithCode(0), "");
-  EXPECT_EXIT(status(80, 2, 0, 5)(), testing::ExitedWithCode(1), "");
-  EXPECT_EXIT(status(0, 0, 40, 0)(), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(quit(), testing::ExitedWithCode(status), "") << sum << ' ' << reference;
+  }
 }
 
 TEST(Memory, RefusalEndsTheProgramWithASentence) {

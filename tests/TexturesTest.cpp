@@ -1,12 +1,9 @@
-// The four texture functions on a real context, with services that record what they are asked.
-
+// The four texture functions on a real context, with services that keep what they are asked.
 #include <climits>
-#include <functional>
-#include <map>
-#include <utility>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Fakes.h"
 #include "tests/support/GlWindow.h"
 #include "textures/Textures.h"
 
@@ -15,103 +12,71 @@ namespace {
 using Numbers = std::vector<int>;
 using Words = std::vector<std::string>;
 
-struct FakeServices : Services {
-  std::map<std::string, Bitmap> pictures;  // by name and by path
-  std::optional<std::string> chosen;
-  std::function<void()> whilePrompting = [] {};
-  Words prompts;
-  TextRequest drawn;
-
-  std::optional<Bitmap> imageNamed(const std::string& name) override {
-    return pictures.contains(name) ? std::optional(pictures[name]) : std::nullopt;
-  }
-  std::optional<Bitmap> imageFromFile(const std::string& path) override { return imageNamed(path); }
-  Bitmap drawText(const TextRequest& request) override {
-    drawn = request;
-    return {true, 32, 512, 128, 128, std::vector<std::uint8_t>(512UL * 128)};
-  }
-  void runAlert(const std::string& title, const std::string& message,
-                const std::string& button) override {
-    prompts.push_back(title + "|" + message + "|" + button);
-    whilePrompting();
-  }
-  std::optional<std::string> runOpenPanel() override {
-    prompts.emplace_back("panel");
-    return chosen;
-  }
-} fake;
-
 /// A picture whose every pixel tells its column and its row from the top.
 Bitmap picture(int width, int height, int components = 3, int padding = 0) {
+  const int row = width * components + padding;
   Bitmap image{components == 4,
                8 * components,
-               width * components + padding,
+               row,
                static_cast<float>(width),
                static_cast<float>(height),
                {}};
-  for (int y = 0; y < height; ++y) {
-    for (int i = 0; i < image.bytesPerRow; ++i) {
-      const int samples[] = {i / components, y, 200, 99};
-      image.data.push_back(static_cast<std::uint8_t>(samples[i % components]));
-    }
+  for (int i = 0; i < height * row; ++i) {
+    const int samples[] = {i % row / components, i / row, 200, 99};
+    image.data.push_back(static_cast<std::uint8_t>(samples[i % row % components]));
   }
   return image;
-}
-
-int state(GLenum what) {
-  GLint value = -1;
-  glGetIntegerv(what, &value);
-  return value;
 }
 
 /// Of the bound texture, y counted from the bottom.
 Numbers texel(int x, int y) {
   static std::uint8_t all[128][128][4];
-  GLint width = 0;
-  glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
   glPixelStorei(GL_PACK_ROW_LENGTH, 128);
-  EXPECT_LE(width, 128);
   glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, all);
   return {all[y][x], all[y][x] + 4};
 }
 
-/// Name, width, height, internal format and filters of the bound texture.
-void expectBound(GLuint name, int width, int height, int format) {
-  Numbers found = {state(GL_TEXTURE_BINDING_2D), 0, 0, 0, 0, 0};
-  glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &found[1]);
-  glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &found[2]);
-  glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_INTERNAL_FORMAT, &found[3]);
-  glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, &found[4]);
-  glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, &found[5]);
-  EXPECT_EQ(found, Numbers({static_cast<int>(name), width, height, format, GL_LINEAR, GL_LINEAR}));
+/// Name, width, height, internal format and filter of the bound texture, and the row length left.
+Numbers bound() {
+  Numbers found(6);
+  int* next = found.data();
+  glGetIntegerv(GL_TEXTURE_BINDING_2D, next++);
+  for (const GLenum size : {GL_TEXTURE_WIDTH, GL_TEXTURE_HEIGHT, GL_TEXTURE_INTERNAL_FORMAT}) {
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, size, next++);
+  }
+  glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, next++);
+  glGetIntegerv(GL_UNPACK_ROW_LENGTH, next);
+  return found;
 }
 
-class TexturesTest : public testing::Test {
+class Textures : public testing::Test {
  protected:
-  void SetUp() override {
+  Textures() {
     needGlWindow();
-    fake = FakeServices();
+    fakeServices = FakeServices();
   }
-  void TearDown() override { EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR}); }
+  ~Textures() override { EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR}); }
 
-  void upload(const Bitmap& image) { TextureFromNSImage(image, &name_, &width_, &height_); }
-  Words load(const std::string& name) {
-    TextureFromResource(name.c_str(), &name_, &width_, &height_);
-    return std::exchange(fake.prompts, {});
+  Numbers upload(const Bitmap& image) {
+    TextureFromNSImage(image, &name, &width, &height);
+    return bound();
+  }
+  Words load(const std::string& resource) {
+    TextureFromResource(resource.c_str(), &name, &width, &height);
+    return std::exchange(fakeServices.prompts, {});
   }
 
-  GLuint name_ = 0;
-  int width_ = -1, height_ = -1;
+  GLuint name = 0;
+  int width = -1, height = -1;
 };
 
-TEST_F(TexturesTest, StripesFollowPhaseAndColour) {
-  glGenTextures(1, &name_);
-  const std::vector<std::pair<int, int>> firstColumns = {{0, 0}, {1, 24}, {2, 16},     {3, 8},
-                                                         {4, 0}, {-1, 8}, {INT_MAX, 8}};
-  for (const auto& [phase, first] : firstColumns) {
+TEST_F(Textures, StripesFollowPhaseAndColour) {
+  glGenTextures(1, &name);
+  for (const auto& [phase, first] : std::vector<std::pair<int, int>>{
+           {0, 0}, {1, 24}, {2, 16}, {3, 8}, {4, 0}, {-1, 8}, {INT_MAX, 8}}) {
     glPixelStorei(GL_UNPACK_ROW_LENGTH, 1000);  // as a wide picture leaves it
-    GenerateStripeTexture(name_, phase, 64, 32, 32, 300, -1);
-    expectBound(name_, 64, 32, GL_RGBA);
+    GenerateStripeTexture(name, phase, 64, 32, 32, 300, -1);
+    EXPECT_EQ(bound(), Numbers({static_cast<int>(name), 64, 32, GL_RGBA, GL_LINEAR, 0}));
     for (int x = 0; x < 64; ++x) {
       const bool coloured = x % 32 >= first && x % 32 < first + 8;
       EXPECT_EQ(texel(x, x % 32), coloured ? Numbers({32, 44, 255, 128}) : Numbers(4, 128))
@@ -120,72 +85,57 @@ TEST_F(TexturesTest, StripesFollowPhaseAndColour) {
   }
 }
 
-TEST_F(TexturesTest, PicturesAreUprightAndCroppedFromTheBottomLeft) {
-  upload(picture(200, 100));
-  const GLuint made = name_;
-  EXPECT_NE(made, 0U);
-  EXPECT_EQ(Numbers({width_, height_, state(GL_UNPACK_ROW_LENGTH)}), Numbers({128, 64, 200}));
-  expectBound(made, 128, 64, GL_RGB);
+TEST_F(Textures, PicturesAreUprightAndCroppedFromTheBottomLeft) {
+  for (const auto& [hasAlpha, bits] : {std::pair{false, 8}, {false, 32}, {false, 48}, {true, 24}}) {
+    upload({hasAlpha, bits, 8, 1, 1, std::vector<std::uint8_t>(8)});  // left alone
+    EXPECT_EQ(Numbers({static_cast<int>(name), width, height}), Numbers({0, -1, -1}));
+  }
+  const Numbers large = upload(picture(200, 100));
+  const int made = static_cast<int>(name);
+  EXPECT_EQ(large, Numbers({made, 128, 64, GL_RGB, GL_LINEAR, 200}));
+  EXPECT_EQ(Numbers({width, height}), Numbers({128, 64}));
   EXPECT_EQ(texel(0, 0), Numbers({0, 99, 200, 255}));
   EXPECT_EQ(texel(127, 63), Numbers({127, 36, 200, 255}));
-
-  upload(picture(1, 1, 4));
-  expectBound(made, 1, 1, GL_RGBA);
+  EXPECT_EQ(upload(picture(1, 1, 4)), Numbers({made, 1, 1, GL_RGBA, GL_LINEAR, 1}));
   EXPECT_EQ(texel(0, 0), Numbers({0, 0, 200, 99}));
   upload(picture(5, 4, 3, 3));  // padding of a whole pixel is skipped
   EXPECT_EQ(texel(3, 3), Numbers({3, 0, 200, 255}));
-  upload(picture(101, 70, 3, 1));  // other padding no row length can express
-  EXPECT_EQ(state(GL_UNPACK_ROW_LENGTH), 101);
+  EXPECT_EQ(upload(picture(101, 70, 3, 1))[5], 101);  // other padding no row length can express
   EXPECT_EQ(texel(63, 0), Numbers({63, 69, 200, 255}));
-  upload(picture(0, 0));
-  expectBound(made, 1, 1, GL_RGB);
+  EXPECT_EQ(upload(picture(0, 0)), Numbers({made, 1, 1, GL_RGB, GL_LINEAR, 0}));
 }
 
-TEST_F(TexturesTest, OtherFormatsAreLeftAlone) {
-  const std::pair<bool, int> formats[] = {{false, 8}, {false, 32}, {false, 48}, {true, 24}};
-  for (const auto& [hasAlpha, bits] : formats) {
-    fake.pictures["odd"] = Bitmap{hasAlpha, bits, 8, 1, 1, std::vector<std::uint8_t>(8)};
-    EXPECT_EQ(load("odd"), Words());
-    EXPECT_EQ(Numbers({static_cast<int>(name_), width_, height_}), Numbers({0, -1, -1}));
-  }
-}
-
-TEST_F(TexturesTest, AMissingResourceIsAskedForAndElseReplacedByABlueLabel) {
+TEST_F(Textures, AMissingResourceIsAskedForAndElseReplacedByABlueLabel) {
   Words prompts = {"Alert|Please locate resource = logo|OK", "panel"};
-  fake.pictures["/good"] = picture(16, 9);
-  fake.chosen = "/good";
+  fakeServices.pictures["/good"] = picture(16, 9);
+  fakeServices.chosen = "/good";
   EXPECT_EQ(load("logo"), prompts);
-  expectBound(name_, 16, 8, GL_RGB);
+  EXPECT_EQ(bound()[1] * bound()[2], 16 * 8);
   EXPECT_EQ(load("/good"), Words());
 
   prompts.emplace_back(
       "Alert|Warning: Substituting a different texture.  This may affect results.|OK");
   for (const auto& answer : {std::optional<std::string>(), std::optional<std::string>("/bad")}) {
-    fake.chosen = answer;
-    width_ = -1;
+    fakeServices.chosen = answer;
+    width = -1;
     EXPECT_EQ(load("logo"), prompts);
-    expectBound(name_, 128, 128, GL_RGBA);
-    EXPECT_EQ(width_, -1);
-    EXPECT_EQ(fake.drawn.text + fake.drawn.fontName, " 0 0 0 0 0 0 0 0 0 0 0 0 0 0Helvetica");
-    EXPECT_EQ(fake.drawn.fontSize, 36);
-    EXPECT_EQ(fake.drawn.red + 10 * fake.drawn.green + 100 * fake.drawn.blue, 100);
+    EXPECT_EQ(bound(), Numbers({static_cast<int>(name), 128, 128, GL_RGBA, GL_LINEAR, 128}));
+    EXPECT_EQ(width, -1);
+    const TextRequest& drawn = fakeServices.drawn;
+    EXPECT_EQ(drawn.text + drawn.fontName, " 0 0 0 0 0 0 0 0 0 0 0 0 0 0Helvetica");
+    EXPECT_EQ(Numbers({drawn.fontSize, drawn.red == 0, drawn.green == 0, drawn.blue == 1}),
+              Numbers({36, 1, 1, 1}));
   }
   const std::string endless(5000, 'x');
   EXPECT_EQ(load(endless)[0], "Alert|Please locate resource = " + endless + "|OK");
-}
 
-TEST_F(TexturesTest, NothingIsLoadedWhileAPromptIsOpen) {
+  // While a prompt is open, nothing is loaded.
   GLuint inner = 0;
-  fake.pictures["inner"] = picture(2, 2);
-  fake.whilePrompting = [&] { TextureFromResource("inner", &inner, &width_, &height_); };
+  fakeServices.whilePrompting = [&] { TextureFromResource("/good", &inner, &width, &height); };
   load("logo");
   EXPECT_EQ(inner, 0U);
-  fake.whilePrompting();  // no prompt is open any more
+  fakeServices.whilePrompting();
   EXPECT_NE(inner, 0U);
 }
 
 }  // namespace
-
-Services& services() {
-  return fake;
-}

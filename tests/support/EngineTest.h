@@ -1,59 +1,117 @@
-/// A test object on the recording GL, set up, with nothing recorded yet.
+/// A GL that draws nothing, linked in place of the GL library and of the context fetch, and a test
+/// object on it. The GL keeps every call and poses as whatever driver a test wants.
 #pragma once
 
 #include <algorithm>
-#include <string_view>
+#include <map>
+#include <sstream>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "engine/SorvantaTest.h"
-#include "tests/support/FakeClock.h"
-#include "tests/support/RecordingGl.h"
+#include "app/Application.h"
+#include "app/CommandLine.h"
+#include "app/Reporting.h"
+#include "tests/support/Fakes.h"
 
-using Calls = std::vector<Call>;
+/// The words of calls: a name and the arguments. Of light and material
+/// values the values themselves are kept. Calls through the context's table are named "context "
+/// and the entry's name.
+using Calls = std::vector<std::string>;
 
-/// A driver that has the vertex array extensions themselves.
-inline constexpr const char* kNativeExtensions =
-    "GL_APPLE_vertex_array_object GL_APPLE_vertex_array_range GL_ARB_vertex_buffer_object";
+template <typename... Arguments>
+std::string call(const std::string& name, Arguments... arguments) {
+  std::ostringstream words;
+  words << name;
+  ((words << ' ' << arguments), ...);
+  return words.str();
+}
 
-class EngineTest : public testing::Test {
- protected:
-  EngineTest() { setUpOn(FakeDriver()); }
-
-  void setUpOn(FakeDriver newDriver) {
-    newDriver.buffer.resize(1 << 20);
-    fakeDriver = std::move(newDriver);
-    fakeClock = {};
-    test.initGL();
-    takeCalls();
-  }
-
-  /// The calls of one frame of exactly one pass.
-  Calls drawFrame() {
-    fakeClock.step = 100000;
-    takeCalls();
-    test.draw();
-    return takeCalls();
-  }
-
-  static std::size_t countOf(const Calls& made, std::string_view name) {
-    return static_cast<std::size_t>(
-        std::count_if(made.begin(), made.end(), [=](const Call& c) { return c.name == name; }));
-  }
-
-  PerformanceHistory history;
-  SorvantaTest test{&history};
-};
+template <typename... Arguments>
+std::string gl(const std::string& name, Arguments... arguments) {
+  return call("gl" + name, arguments...);
+}
 
 inline Calls operator+(Calls first, const Calls& second) {
   first.insert(first.end(), second.begin(), second.end());
   return first;
 }
+inline Calls operator+(const Calls& first, const std::string& second) {
+  return first + Calls(1, second);
+}
+
+/// Calls and lists of calls, one after the other.
+template <typename... Parts>
+Calls sequence(const Parts&... parts) {
+  return (Calls() + ... + parts);
+}
 
 inline Calls repeat(int times, const Calls& once) {
-  Calls all;
-  for (int i = 0; i < times; ++i) {
-    all = std::move(all) + once;
-  }
-  return all;
+  return times > 0 ? once + repeat(times - 1, once) : Calls();
 }
+
+struct FakeDriver {
+  std::string extensions =
+      "GL_ARB_vertex_array_object GL_ARB_vertex_buffer_object GL_EXT_compiled_vertex_array";
+  std::map<GLenum, GLint> integers = {{GL_MAX_LIGHTS, 8},
+                                      {GL_MAX_TEXTURE_UNITS, 8},
+                                      {0x8520, 1 << 20}};  // vertices of a native range
+  bool unmapSucceeds = true;
+  std::vector<unsigned char> buffer = std::vector<unsigned char>(1 << 20);  ///< that gets mapped
+};
+
+extern FakeDriver fakeDriver;
+extern Calls calls;
+
+/// The calls made since the last take.
+Calls takeCalls();
+
+class EngineTest : public testing::Test {
+ protected:
+  EngineTest() {
+    vpt = &test;
+    perfHistory = &history;
+    report = {};
+    setUpOn(FakeDriver().extensions);
+  }
+
+  void setUpOn(const std::string& extensions) {
+    fakeDriver = FakeDriver();
+    fakeDriver.extensions = extensions;
+    fakeClock = {};
+    test.initGL();
+    takeCalls();
+  }
+
+  /// Parses these words as the command line; whether they are good.
+  static bool parse(std::vector<std::string> words) {
+    std::vector<char*> argv = {nullptr};
+    for (std::string& word : words) {
+      argv.push_back(word.data());
+    }
+    return applyArguments(static_cast<int>(argv.size()), argv.data());
+  }
+  /// Sets what these options say; nothing is recorded then.
+  static void apply(const std::string& options) {
+    std::istringstream words("-r 1 " + options);
+    EXPECT_TRUE(parse({std::istream_iterator<std::string>(words), {}})) << options;
+    takeCalls();
+  }
+
+  /// The calls of one frame of exactly one pass, and what came before it.
+  Calls drawFrame() {
+    fakeClock.step = 100000;
+    test.draw();
+    return takeCalls();
+  }
+
+  static auto countOf(const Calls& made, const std::string& name) {
+    return std::count_if(made.begin(), made.end(), [=](auto& c) { return c.starts_with(name); });
+  }
+  static bool contains(const Calls& made, const Calls& part) {
+    return std::search(made.begin(), made.end(), part.begin(), part.end()) != made.end();
+  }
+
+  PerformanceHistory history;
+  SorvantaTest test{&history};
+};

@@ -1,0 +1,363 @@
+// The GL calls of whole frames and of every method's own operations, and the settings.
+#include "tests/support/EngineTest.h"
+
+#include <cstring>
+
+#include "engine/ImmediateModeFamily.h"
+#include "platform/gl/Driver.h"
+
+namespace {
+
+/// A driver that has the vertex array extensions themselves.
+constexpr const char* kNative =
+    "GL_APPLE_vertex_array_object GL_APPLE_vertex_array_range GL_ARB_vertex_buffer_object";
+
+Calls activeUnit(GLenum unit) {
+  return sequence(gl("ActiveTextureARB", unit), gl("ClientActiveTextureARB", unit));
+}
+
+/// A frame's ten passes, between its clearing the window and its taking the time.
+Calls passes(int shade, const Calls& model) {
+  return sequence(gl("ClearColor", shade, shade, shade, 1), gl("Clear", 0x4100), repeat(10, model),
+                  gl("Flush"), gl("Finish"));
+}
+
+const std::string kWhite = gl("Color4f", 1, 1, 1, 1);
+const std::string kGrey = gl("Color4f", 0.7F, 0.7F, 0.7F, 1);
+const std::string kPush = gl("PushAttrib", 0xFFFFF);
+const std::string kPop = gl("PopAttrib");
+const Calls kStart = {gl("MatrixMode", GL_MODELVIEW), gl("LoadIdentity")};
+
+TEST_F(EngineTest, LitTexturedThrashedRotatingFrame) {
+  apply("-d 32 -p quads -M compiledVertArray -n -c -s -t3 -l5 -T -A -u");
+  const MeshArrays& a = test.getArrays();
+  const Calls before = sequence(
+      kStart, gl("Translatef", 200, 200, 0), gl("Rotatef", 0, 1, 0, 0), gl("Rotatef", 0, 1, 0, 0),
+      gl("Rotatef", -10, 1, 1, 1), gl("Translatef", -10, -10, -10), gl("Rotatef", 1.5, 0, 0, 1),
+      gl("Translatef", -200, -200, 0), gl("Enable", GL_BLEND),
+      gl("BlendFunc", GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA), gl("BindVertexArray", 0),
+      repeat(4, {kWhite}), activeUnit(GL_TEXTURE3), gl("EnableClientState", GL_TEXTURE_COORD_ARRAY),
+      gl("TexEnvi", GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_DECAL),
+      gl("TexParameteri", GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR),
+      gl("TexParameteri", GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR),
+      gl("Enable", GL_TEXTURE_2D), gl("TexCoordPointer", 2, GL_FLOAT, 0, a.texCoords[3]),
+      repeat(4, {kWhite}), activeUnit(GL_TEXTURE0), gl("Enable", GL_LIGHTING),
+      gl("Enable", GL_LIGHT5), gl("Materialfv", GL_FRONT, GL_SPECULAR, 1),
+      gl("Materialfv", GL_FRONT, GL_SHININESS, 50), gl("EnableClientState", GL_NORMAL_ARRAY),
+      gl("NormalPointer", GL_FLOAT, 0, a.normals), kGrey, kWhite,
+      gl("EnableClientState", GL_VERTEX_ARRAY), gl("VertexPointer", 3, GL_FLOAT, 0, a.vertices),
+      gl("LockArraysEXT", 0, 4096));
+  const std::string model =
+      gl("DrawElements", GL_QUADS, 4096, GL_UNSIGNED_INT, test.getIndices().data());
+  const std::string copy = gl("CopyTexImage2D", GL_TEXTURE_2D, 0, GL_RGBA, 0, 0, 512, 512, 0);
+  const Calls after =
+      sequence(repeat(3, {copy}), gl("BindVertexArray", 0),
+               gl("DisableClientState", GL_VERTEX_ARRAY), gl("Disable", GL_BLEND),
+               activeUnit(GL_TEXTURE3), gl("DisableClientState", GL_TEXTURE_COORD_ARRAY),
+               gl("Disable", GL_TEXTURE_2D), activeUnit(GL_TEXTURE0), gl("Disable", GL_LIGHT5),
+               gl("Disable", GL_LIGHTING), gl("DisableClientState", GL_NORMAL_ARRAY),
+               gl("DisableClientState", GL_COLOR_ARRAY), gl("Disable", GL_COLOR_SUM),
+               gl("DisableClientState", GL_SECONDARY_COLOR_ARRAY), gl("UnlockArraysEXT"));
+  Calls frame = drawFrame();
+  EXPECT_TRUE(contains(frame, {gl("Lightfv", GL_LIGHT7, GL_POSITION, 10.6066, -10.6066, 800, 0)}));
+  EXPECT_EQ(std::erase_if(frame, [](auto& c) { return c.starts_with("glLightfv"); }), 8U);
+  EXPECT_EQ(std::erase_if(frame, [](auto& c) { return c.starts_with("glBindTexture"); }), 4U);
+  EXPECT_EQ(frame, sequence(before, passes(0, {kPush, model, kPop}), after));
+  frame = drawFrame();
+  EXPECT_TRUE(contains(frame, {gl("Translatef", 10, 10, 10)}));
+  EXPECT_TRUE(contains(frame, {gl("ClearColor", 1, 1, 1, 1)}));
+}
+
+TEST_F(EngineTest, CurrentColorDependsOnWhatElseColors) {
+  const auto frameHas = [this](const Calls& colors) {
+    return contains(drawFrame(), sequence(colors, gl("EnableClientState", GL_VERTEX_ARRAY)));
+  };
+  EXPECT_TRUE(frameHas({activeUnit(GL_TEXTURE0)[1], kGrey}));
+  apply("-s");
+  EXPECT_TRUE(frameHas({kGrey, gl("Color4f", 0, 0, 0, 1)}));
+  apply("-t0");
+  EXPECT_TRUE(frameHas({kGrey}));
+  apply("-c");
+  EXPECT_TRUE(frameHas({kGrey, kWhite}));
+}
+
+TEST_F(EngineTest, FigureIsPrimitivesPerMicrosecond) {
+  apply("-M drawArrays -d 64");
+  fakeClock.step = 50000;  // two passes of ten repetitions in 150000 microseconds
+  test.draw();
+  EXPECT_FLOAT_EQ(test.performance(), 8192.0F * 20 / 150000);
+  test.setPrimitive(kQuadStrip);
+  test.draw();
+  EXPECT_FLOAT_EQ(test.performance(), 4096.0F * 20 / 150000);
+  for (const auto& [detail, reps] : {std::pair{1, 2000}, {30, 11}, {31, 10}, {64, 10}}) {
+    apply("-d " + std::to_string(detail));
+    EXPECT_EQ(countOf(drawFrame(), "glDrawArrays"), detail * reps);
+  }
+}
+
+TEST_F(EngineTest, SetUpComesBeforeDrawingAndTheProjectionLooksStraightDown) {
+  SorvantaTest unready(&history);
+  unready.draw();
+  unready.drawUsingArrays(1);
+  unready.drawUsingElements(1);
+  unready.drawUsingArrayElements(1);
+  EXPECT_EQ(takeCalls(), Calls());
+  unready.reshape();
+  const Calls setUp = takeCalls();
+  EXPECT_EQ(countOf(setUp, "glTexImage2D"), 16);
+  EXPECT_TRUE(contains(setUp, {gl("Lightfv", GL_LIGHT7, GL_DIFFUSE, 0.8F, 0, 0, 1)}));
+  const Calls projection = {gl("Viewport", 0, 0, 640, 480), gl("MatrixMode", GL_PROJECTION),
+                            gl("LoadIdentity"), gl("uPerspective", 53.2F, 1, 0.1F, 1000),
+                            gl("uLookAt", 200, 200, 400, 200, 200, 0, 0, 1, 0)};
+  test.setZoom(-20);
+  test.setBounds(640, 480);
+  EXPECT_EQ(takeCalls(), projection + kStart);
+  test.setDrawsOffscreen(true);
+  EXPECT_EQ(takeCalls(), sequence(projection, gl("Translatef", 0, 0, 500), kStart));
+}
+
+TEST_F(EngineTest, SettingsClearTheHistoryUnlessNothingChanges) {
+  const std::pair<const char*, bool> settings[] = {
+      {"-d 0", true}, {"-d 1", false}, {"-T", true},  {"-A", true},    {"-m", true}, {"-z 0", true},
+      {"-l2", true},  {"-t2", true},   {"-u", false}, {"-avg", false}, {"-o", true}};
+  for (const auto& [option, clears] : settings) {
+    history.addSample(1);
+    apply(option);
+    EXPECT_EQ(history.getSampleCount() == 0, clears) << option;
+  }
+  EXPECT_EQ(test.modelVertexCount(), 4U);
+  test.getArrays().colors[0].x = 7;
+  test.setColor(true);
+  EXPECT_EQ(test.getArrays().colors[0].x, 7);  // sent, not written
+  test.setVertexColors(false);
+  EXPECT_FALSE(test.getColor());
+  const bool all[8] = {true, true, true, true, true, true, true, true};
+  fakeDriver.integers[GL_MAX_TEXTURE_UNITS] = 9;
+  EXPECT_DEATH(test.setTexturing(all),
+               "Settings.cpp:[0-9]+: failed assertion `textureUnitCount.. <= kTextureUnitCount'");
+  EXPECT_DEATH(SorvantaTest(nullptr), "failed assertion `perfHistory'");
+}
+
+/// Two strips of six vertices with the attributes of a variant, as the emitter of the family does
+/// it that has this variant's name, or as the generic one does. That one has texture unit 7 in
+/// place of 2.
+Calls strips(unsigned long variant, bool macro, bool generic, const MeshArrays& a) {
+  const std::string prefix = macro ? "context " : "gl";
+  const std::string bracket = generic ? "gl" : prefix;
+  const std::string multi = generic && !macro ? "MultiTexCoord2fvARB" : "MultiTexCoord2fv";
+  const std::string secondary = generic && !macro ? "SecondaryColor3fvEXT" : "SecondaryColor3fv";
+  const bool plain = !generic && (!macro || (variant & 48) == 0);
+  const unsigned int last = generic ? 7 : 2;
+  Calls all(macro ? 1 : 0, "CGLGetCurrentContext");
+  const auto send = [&](unsigned int bit, const std::string& name, auto... arguments) {
+    if ((variant & bit) == bit) {
+      all.push_back(call(prefix + name, arguments...));
+    }
+  };
+  for (int i = 0; i < 12; ++i) {
+    if (i % 6 == 0) {
+      all.push_back(call(bracket + "Begin", GL_TRIANGLE_STRIP));
+    }
+    send(1, "Normal3fv", a.normals + i);
+    send(2, "Color3fv", a.colors + i);
+    send(4, secondary, a.secondaryColors + i);
+    plain ? send(8, "TexCoord2fv", a.texCoords[0] + i)
+          : send(8, multi, GL_TEXTURE0, a.texCoords[0] + i);
+    send(16, multi, GL_TEXTURE1, a.texCoords[1] + i);
+    send(32, multi, GL_TEXTURE0 + last, a.texCoords[last] + i);
+    send(0, "Vertex3fv", a.vertices + i);
+    if (i % 6 == 5) {
+      all.push_back(bracket + "End");
+    }
+  }
+  return all;
+}
+
+TEST_F(EngineTest, EmittersSendWhatIsWanted) {
+  apply("-d 2");
+  const MeshArrays& a = test.getArrays();
+  auto texCoords = a.texCoords;
+  const auto run = [&](auto function, unsigned long variant) {
+    return function(variant, 2, GL_TRIANGLE_STRIP, a.vertices, a.colors, a.secondaryColors,
+                    a.normals, texCoords.data());
+  };
+  for (unsigned long variant = 0; variant < 64; ++variant) {
+    const auto bit = [=](int i) { return (variant >> i & 1) != 0; };
+    const bool units[8] = {bit(3), bit(4), false, false, false, false, false, bit(5)};
+    test.setNormals(bit(0));
+    test.setColor(bit(1));
+    test.setSecColor(bit(2));
+    test.setTexturing(units);
+    for (const bool macros : {false, true}) {
+      test.setMacros(macros);
+      test.drawImmediateMode(2);
+      EXPECT_EQ(takeCalls(), repeat(2, strips(variant, macros, true, a))) << variant;
+      EXPECT_TRUE(run(macros ? DoImmediateModeMacro : DoImmediateMode, variant));
+      EXPECT_EQ(takeCalls(), strips(variant, macros, false, a)) << variant;
+    }
+  }
+  EXPECT_FALSE(run(DoImmediateMode, 64) || run(DoImmediateModeMacro, 64));
+}
+
+TEST_F(EngineTest, OperationsOnBothPathsThrash) {
+  apply("-d 2 -M displayLists -T");
+  for (const bool macros : {false, true}) {
+    test.setMacros(macros);
+    const std::string prefix = macros ? "context " : "gl";
+    test.drawUsingArrays(2);
+    test.drawUsingArrayElements(2);
+    test.drawDisplayList(2);
+    test.drawUsingElements(0);
+    Calls made = takeCalls();
+    EXPECT_EQ(std::erase(made, "CGLGetCurrentContext"), macros ? 3U : 0U);
+    EXPECT_EQ(made[2], call(prefix + "DrawArrays", GL_TRIANGLE_STRIP, 6, 6));
+    for (const auto& [name, count] : {std::pair{"DrawArrays", 4},
+                                      {"Begin", 4},
+                                      {"ArrayElement", 24},
+                                      {"End", 4},
+                                      {"CallList", 2}}) {
+      EXPECT_EQ(countOf(made, prefix + name), count) << name;
+    }
+    EXPECT_EQ(countOf(made, kPush) + countOf(made, kPop), 12);
+    EXPECT_EQ(made.size(), 12U + 38);
+    test.drawImmediateMode(1);
+    EXPECT_EQ(takeCalls(), sequence(kPush, strips(0, macros, true, test.getArrays()), kPop));
+  }
+}
+
+TEST_F(EngineTest, DisplayListIsCompiledDirectlyAndReplaced) {
+  apply("-d 2 -m");
+  test.setDrawMethod(kDrawDisplayLists);
+  const Calls built = takeCalls();
+  const std::string list = built[0].substr(std::strlen("glGenLists 1"));
+  EXPECT_EQ(built, sequence("glGenLists 1" + list, "glNewList" + list + " 4864",
+                            strips(0, false, true, test.getArrays()), gl("EndList")));
+  EXPECT_TRUE(test.getMacros());
+  test.setNormals(true);
+  const Calls rebuilt = takeCalls();
+  EXPECT_EQ(rebuilt[0], "glDeleteLists" + list + " 1");
+  EXPECT_EQ(countOf(rebuilt, "glNormal3fv"), 12);
+}
+
+TEST_F(EngineTest, BuffersAreBuiltDrawnAndReleased) {
+  apply("-d 1 -c -t2");
+  const std::string vertices = gl("VertexPointer", 3, GL_FLOAT, 32, 0);
+  const std::string colors = gl("ColorPointer", 3, GL_FLOAT, 32, rowPointer(0, 12));
+  const std::string texCoords = gl("TexCoordPointer", 2, GL_FLOAT, 32, rowPointer(0, 24));
+  const Calls unbind = sequence(gl("BindBufferARB", GL_ARRAY_BUFFER, 0), gl("BindVertexArray", 0));
+  for (const auto& [method, usage] : {std::pair{kDrawArraysWithStaticVBO, GL_STATIC_DRAW},
+                                      {kDrawArraysWithStatVertBufferObjectsVAO, GL_STATIC_DRAW},
+                                      {kDrawArraysWithDynVertBufferObjectsVAO, GL_STREAM_DRAW}}) {
+    test.setDrawMethod(method);
+    const VertexBufferRecord record = test.getVertexBufferObjects()[0];
+    const std::string bindBuffer = gl("BindBufferARB", GL_ARRAY_BUFFER, record.buffer);
+    const std::string bindArray = gl("BindVertexArray", record.vertexArrayObject);
+    EXPECT_EQ(takeCalls(),
+              sequence(gl("GenVertexArrays", 1, record.vertexArrayObject), bindArray,
+                       gl("GenBuffersARB", 1, record.buffer), bindBuffer, vertices,
+                       gl("EnableClientState", GL_VERTEX_ARRAY), colors,
+                       gl("EnableClientState", GL_COLOR_ARRAY), activeUnit(GL_TEXTURE2),
+                       gl("EnableClientState", GL_TEXTURE_COORD_ARRAY), texCoords,
+                       gl("BufferDataARB", GL_ARRAY_BUFFER, 4 * 32, 0, usage),
+                       gl("MapBufferARB", GL_ARRAY_BUFFER, GL_WRITE_ONLY),
+                       gl("UnmapBufferARB", GL_ARRAY_BUFFER), unbind));
+    const MeshArrays& a = test.getArrays();
+    const unsigned char* const vertex = fakeDriver.buffer.data() + 3 * 32;
+    EXPECT_EQ(std::memcmp(vertex, a.vertices + 3, 12), 0);
+    EXPECT_EQ(std::memcmp(vertex + 12, a.colors + 3, 12), 0);
+    EXPECT_EQ(std::memcmp(vertex + 24, a.texCoords[2] + 3, 8), 0);
+    const Calls bind =
+        method == kDrawArraysWithStaticVBO
+            ? sequence(bindBuffer, vertices, colors, activeUnit(GL_TEXTURE2), texCoords)
+            : Calls{bindArray};
+    test.drawUsingVertexBufferObjects(2);
+    EXPECT_EQ(takeCalls(), repeat(2, sequence(bind, gl("DrawArrays", GL_TRIANGLE_STRIP, 0, 4))));
+    test.unbindRowBuffers();
+    EXPECT_EQ(takeCalls(), unbind);
+    test.deleteVertexBufferObjects();
+    EXPECT_EQ(takeCalls(), sequence(gl("DeleteBuffersARB", 1, record.buffer),
+                                    gl("DeleteVertexArrays", 1, record.vertexArrayObject)));
+  }
+  fakeDriver.unmapSucceeds = false;
+  EXPECT_EXIT(test.setDrawMethod(kDrawArraysWithStaticVBO), testing::ExitedWithCode(1),
+              "^UnmapBufferARB failed!\n$");
+  fakeDriver.buffer.clear();
+  EXPECT_EXIT(test.setDrawMethod(kDrawArraysWithStaticVBO), testing::ExitedWithCode(1),
+              "no memory for a buffer of 128 bytes");
+}
+
+TEST_F(EngineTest, NativeRangesAndRowObjects) {
+  setUpOn(kNative);
+  apply("-d 1 -n -M drawArraysWithVertArrayRng");
+  const auto* const block = test.getArrays().vertices;
+  const std::string enable = gl("EnableClientState", GL_VERTEX_ARRAY_RANGE_APPLE);
+  const std::string disable = gl("DisableClientState", GL_VERTEX_ARRAY_RANGE_APPLE);
+  const Calls withdrawn = {disable, gl("VertexArrayRangeAPPLE", 0, 0)};
+  Calls frame = drawFrame();
+  EXPECT_TRUE(contains(frame, {gl("VertexArrayRangeAPPLE", 4 * 116, block), enable,
+                               gl("FlushVertexArrayRangeAPPLE", 4 * 116, block)}));
+  EXPECT_EQ(Calls(frame.end() - 2, frame.end()), withdrawn);
+
+  test.setDrawMethod(kDrawArraysWithVertArrayObjects);
+  const VertexArrayRecord& record = test.getVertexArrayObjects()[0];
+  const GLuint name = record.vertexArrayObject;
+  const std::byte* const data = record.data.get();
+  const std::string bind = gl("BindVertexArrayAPPLE", name);
+  const Calls unbind = {disable, gl("BindVertexArrayAPPLE", 0)};
+  EXPECT_EQ(
+      takeCalls(),
+      sequence(gl("GenVertexArraysAPPLE", 1, name), bind, gl("VertexArrayRangeAPPLE", 4 * 24, data),
+               gl("EnableClientState", GL_VERTEX_ARRAY), gl("VertexPointer", 3, GL_FLOAT, 24, data),
+               gl("EnableClientState", GL_NORMAL_ARRAY),
+               gl("NormalPointer", GL_FLOAT, 24, data + 12),
+               gl("FlushVertexArrayRangeAPPLE", 4 * 24, data), unbind));
+  frame = drawFrame();
+  EXPECT_TRUE(contains(frame, {enable}));
+  EXPECT_TRUE(contains(frame, {bind, gl("DrawArrays", GL_TRIANGLE_STRIP, 0, 4)}));
+  EXPECT_EQ(Calls(frame.end() - 2, frame.end()), unbind);
+  test.deleteVertexArrayObjects();
+  EXPECT_EQ(takeCalls(), sequence(withdrawn, gl("DeleteVertexArraysAPPLE", 1, name)));
+}
+
+TEST_F(EngineTest, RebuildsLeaveNoNames) {
+  const std::string arb = FakeDriver().extensions;
+  for (const std::string& extensions : {std::string(kNative), arb, arb + " GL_AMD_pinned_memory"}) {
+    setUpOn(extensions);
+    apply("-d 32");
+    for (const DrawMethodTraits& method : kDrawMethods) {
+      Calls all;
+      for (int i = 0; i < 100; ++i) {
+        test.setDrawMethod(method.method);
+        all = std::move(all) + (i % 50 == 49 ? drawFrame() : takeCalls());
+      }
+      test.setDrawMethod(kDrawArrays);
+      all = std::move(all) + takeCalls();
+      for (const std::string kind : {"BuffersARB", "Lists", "VertexArrays"}) {
+        EXPECT_EQ(countOf(all, "glGen" + kind), countOf(all, "glDelete" + kind)) << method.word;
+      }
+      EXPECT_GE(countOf(all, "glGen"), method.rebuild != nullptr ? 100 : 0) << method.word;
+    }
+  }
+}
+
+TEST_F(EngineTest, ProvidersFollowTheDriver) {
+  const std::tuple<const char*, RangeProvider, unsigned int> drivers[] = {
+      {kNative, RangeProvider::kNative, 1 << 20},
+      {"GL_AMD_pinned_memory GL_ARB_vertex_buffer_object", RangeProvider::kPinned, 18512790},
+      {"GL_AMD_pinned_memory_ GL_ARB_vertex_buffer_object", RangeProvider::kFilled, 18512790},
+      {"", RangeProvider::kNone, 0}};
+  for (const auto& [extensions, provider, most] : drivers) {
+    setUpOn(extensions);
+    EXPECT_EQ(driver().rangeProvider, provider) << extensions;
+    EXPECT_EQ(test.maxVertexArraySize(), most) << extensions;
+  }
+  apply("-M drawArraysWithVertArrayRng");
+  EXPECT_EQ(countOf(drawFrame(), "glGenBuffersARB"), 0);
+  EXPECT_STREQ(traitsOf(kDrawArraysWithStaticVBO).missing(driver()), "vertex buffer objects");
+  EXPECT_STREQ(traitsOf(kDrawArraysWithVertArrayObjects).missing(driver()), "vertex array objects");
+  EXPECT_EXIT(apply("-M compiledVertArray"), testing::ExitedWithCode(1),
+              "this OpenGL driver has no compiled vertex arrays, which the method "
+              "compiledVertArray draws with");
+}
+
+}  // namespace
