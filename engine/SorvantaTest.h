@@ -157,7 +157,9 @@ class SorvantaTest {
  private:
   using DrawRows = void (SorvantaTest::*)(int reps) const;
 
-  RowAttributes wantedAttributes() const { return {useNormals, useColor, useSecColor}; }
+  RowLayout rowLayout() const {
+    return layoutRow(useNormals, useColor, useSecColor, textureEnabled);
+  }
   void createTextures();
   void setModelView();
   void bindTextureUnits();

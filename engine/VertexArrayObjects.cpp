@@ -8,7 +8,7 @@ void SorvantaTest::rebuildVertexArrayObjects() {
   deleteVertexArrayObjects();
   const VertexArrayObjects& objects = driver().vertexArrayObjects;
   VertexArrayRange& range = *driver().vertexArrayRange;
-  const RowLayout row = layoutRow(wantedAttributes(), textureEnabled);
+  const RowLayout row = rowLayout();
   const std::uint32_t m = layout.verticesPerRow;
   const std::uint32_t size = m * row.stride;
   const RowUnits units(row.offsets);

@@ -2,6 +2,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "engine/Repetition.h"
 #include "engine/SorvantaTest.h"
@@ -38,7 +39,7 @@ void release(std::vector<VertexBufferRecord>& records) {
 void SorvantaTest::rebuildVertexBufferObjects(unsigned long usage) {
   deleteVertexBufferObjects();
   const VertexArrayObjects& objects = driver().vertexArrayObjects;
-  const RowLayout row = layoutRow(wantedAttributes(), textureEnabled);
+  const RowLayout row = rowLayout();
   const std::uint32_t m = layout.verticesPerRow;
   const std::uint32_t size = m * row.stride;
   const RowUnits units(row.offsets);
@@ -68,17 +69,15 @@ void SorvantaTest::drawUsingVertexBufferObjects(int reps) {
     drawRowBufferObjects(reps);
     return;
   }
-  // All rows have the same attributes; which ones is settled here, not once per row. A normal
-  // rules colours out.
-  static constexpr DrawRows kByColors[2][2] = {
-      {&SorvantaTest::drawRowBuffers<RowAttributes{false, false, false}>,
-       &SorvantaTest::drawRowBuffers<RowAttributes{false, false, true}>},
-      {&SorvantaTest::drawRowBuffers<RowAttributes{false, true, false}>,
-       &SorvantaTest::drawRowBuffers<RowAttributes{false, true, true}>}};
+  // All rows have the same attributes; which ones is settled here, not once per row.
+  static constexpr auto kByAttributes = []<std::size_t... bits>(std::index_sequence<bits...>) {
+    return std::array<DrawRows, sizeof...(bits)>{&SorvantaTest::drawRowBuffers<RowAttributes{
+        (bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0}>...};
+  }
+  (std::make_index_sequence<16>());
   const RowAttributes has = vertexBufferObjects.front().offsets.attributes();
-  const DrawRows drawRows = has.normal
-                                ? &SorvantaTest::drawRowBuffers<RowAttributes{true, false, false}>
-                                : kByColors[has.color][has.secondaryColor];
+  const DrawRows drawRows = kByAttributes[(has.normal ? 1 : 0) | (has.color ? 2 : 0) |
+                                          (has.secondaryColor ? 4 : 0) | (has.texCoords ? 8 : 0)];
   (this->*drawRows)(reps);
 }
 
@@ -102,8 +101,9 @@ void SorvantaTest::drawRowBuffers(int reps) const {
   const GLenum mode = primitiveMode;
   const auto n = static_cast<GLsizei>(layout.verticesPerRow);
   const std::span<const VertexBufferRecord> records = vertexBufferObjects;
-  const RowUnits units(records.front().offsets);
-  repeatModel(reps, thrash, [&] {
+  const RowUnits allUnits(records.front().offsets);
+  const std::span<const std::uint8_t> units = allUnits;
+  repeatModel(reps, thrash, [=] {
     for (const VertexBufferRecord& record : records) {
       glBindBufferARB(GL_ARRAY_BUFFER_ARB, record.buffer);
       pointRowArrays<ArrayEnables::kNone>(has, record.offsets, static_cast<GLsizei>(record.stride),

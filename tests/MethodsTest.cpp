@@ -39,16 +39,16 @@ TEST(RowLayout, FollowsTheAttributes) {
   const bool units01[8] = {true, true};
   const bool none[8] = {};
   const bool all[8] = {true, true, true, true, true, true, true, true};
-  const RowLayout lit = layoutRow({true, true, true}, units01);
+  const RowLayout lit = layoutRow(true, true, true, units01);
   EXPECT_EQ(lit.offsets.normalOffset, 12U);
   EXPECT_EQ(lit.offsets.colorOffset + lit.offsets.secondaryColorOffset, 0U);
   EXPECT_EQ(lit.offsets.texCoordOffsets[0], 24U);
   EXPECT_EQ(lit.offsets.texCoordOffsets[1], 32U);
   EXPECT_EQ(lit.stride, 40U);
-  EXPECT_EQ(layoutRow({false, false, true}, none).offsets.secondaryColorOffset, 12U);
-  EXPECT_EQ(layoutRow({false, true, true}, none).offsets.secondaryColorOffset, 24U);
-  EXPECT_EQ(layoutRow({false, false, false}, none).stride, 12U);
-  EXPECT_EQ(layoutRow({false, true, true}, all).stride, 100U);
+  EXPECT_EQ(layoutRow(false, false, true, none).offsets.secondaryColorOffset, 12U);
+  EXPECT_EQ(layoutRow(false, true, true, none).offsets.secondaryColorOffset, 24U);
+  EXPECT_EQ(layoutRow(false, false, false, none).stride, 12U);
+  EXPECT_EQ(layoutRow(false, true, true, all).stride, 100U);
 }
 
 TEST_F(EngineTest, BuffersAreBuiltDrawnAndReleased) {
