@@ -55,8 +55,8 @@ int main(int argc, char** argv) {
       values[side].push_back(std::strcmp(argv[1], "time") == 0 ? outcome.seconds : outcome.figure);
     }
   }
-  double medians[2];
-  double spreads[2];
+  double medians[2] = {};
+  double spreads[2] = {};
   for (const int side : {0, 1}) {
     std::sort(values[side].begin(), values[side].end());
     medians[side] = quantile(values[side], 0.5);

@@ -33,8 +33,10 @@ void buildMesh() {
   const float width = 280.0F / static_cast<float>(detail);
   for (unsigned int row = 0; row < detail; ++row) {
     for (unsigned int j = 0; j < 2 * detail + 2; ++j) {
-      positions.push_back({width * static_cast<float>(row + (j & 1)) + 60,
-                           width * static_cast<float>(j / 2) + 60, 0});
+      const unsigned int line = row + (j & 1);
+      const unsigned int column = j / 2;
+      positions.push_back(
+          {width * static_cast<float>(line) + 60, width * static_cast<float>(column) + 60, 0});
     }
   }
   for (std::size_t i = 0; i < positions.size(); ++i) {

@@ -32,7 +32,7 @@ class TestObject {
 
 void timeSubmission(benchmark::State& state, const Submission& submission, bool ours) {
   TestObject test(submission);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     (ours ? submission.ours : submission.bare)(*test, kReps);
   }
 }
@@ -45,7 +45,7 @@ void largeRebuild(benchmark::State& state) {
   test.setDetail(kLargeDetail - 1);
   test.setVertexColors(true);
   test.setPrimitive(kTriangles);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     test.setDetail(test.getDetail() == kLargeDetail ? kLargeDetail - 1 : kLargeDetail);
   }
 }
@@ -53,7 +53,7 @@ void largeRebuild(benchmark::State& state) {
 /// Writes as many fresh bytes, and draws as many random numbers.
 void largeRebuildFloor(benchmark::State& state) {
   const std::size_t vertices = std::size_t{6} * kLargeDetail * kLargeDetail;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const std::size_t bytes = vertices * (kBytesPerVertex + sizeof(GLuint));
     auto* const memory = static_cast<unsigned char*>(std::malloc(bytes));
     std::memset(memory, 1, bytes);
@@ -67,7 +67,7 @@ void largeRebuildFloor(benchmark::State& state) {
 
 void terrainRun(benchmark::State& state) {
   std::vector<float> field(std::size_t{2049} * 2049);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     srand(129);
     MakeTerrainFault(field.data(), 2049, 32, 0, 0, 1, 0);
     benchmark::ClobberMemory();
@@ -76,7 +76,7 @@ void terrainRun(benchmark::State& state) {
 
 void zeroFill(benchmark::State& state) {
   std::vector<float> field(std::size_t{2049} * 2049);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     std::fill(field.begin(), field.end(), 0.0F);
     benchmark::ClobberMemory();
   }
@@ -85,7 +85,7 @@ void zeroFill(benchmark::State& state) {
 void setterCall(benchmark::State& state) {
   PerformanceHistory history;
   SorvantaTest test(&history);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     test.setPrimitive(kTriStrip);
   }
 }
@@ -95,7 +95,7 @@ void trimmedMean(benchmark::State& state) {
   for (int i = 0; i < history.getQueueSize(); ++i) {
     history.addSample(static_cast<float>(i * 7 % 30));
   }
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(history.meanDiscardingHighLow(2));
   }
 }

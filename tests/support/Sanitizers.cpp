@@ -2,14 +2,20 @@
 
 // The GL driver and GTK's modules stay loaded until the leak report is made, which could not name,
 // and so not suppress, frames of an unloaded library.
-extern "C" int dlclose(void* /*library*/) { return 0; }
+extern "C" int dlclose(void* /*library*/) {
+  return 0;
+}
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the sanitizers' names
 extern "C" const char* __lsan_default_suppressions() {
   return "leak:libfontconfig.so\nleak:swrast_dri.so\n";
 }
-extern "C" const char* __lsan_default_options() { return "print_suppressions=0"; }
+extern "C" const char* __lsan_default_options() {
+  return "print_suppressions=0";
+}
 
 // A refused allocation is for the program to answer.
-extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
+extern "C" const char* __asan_default_options() {
+  return "allocator_may_return_null=1";
+}
 // NOLINTEND(bugprone-reserved-identifier)
