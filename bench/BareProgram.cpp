@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <GL/freeglut.h>
@@ -130,6 +131,31 @@ void compileList() {
   glEndList();
 }
 
+/// A test that the compiler can neither leave out nor merge with others.
+void testAttribute(unsigned int& attributes, unsigned int bit) {
+  asm volatile("" : "+r"(attributes));
+  if ((attributes & bit) != 0) {
+    std::abort();
+  }
+}
+
+/// With the eleven attribute tests per vertex that this method is defined to make.
+void drawImmediateWithTests() {
+  unsigned int attributes = 0;
+  const Position* position = positions.data();
+  for (unsigned int row = 0; row < detail; ++row) {
+    glBegin(GL_TRIANGLE_STRIP);
+    for (GLsizei v = 0; v < stripLength; ++v) {
+      [&]<unsigned int... bits>(std::integer_sequence<unsigned int, bits...>) {
+        (testAttribute(attributes, 1U << bits), ...);
+      }
+      (std::make_integer_sequence<unsigned int, 11>());
+      glVertex3fv(&position++->x);
+    }
+    glEnd();
+  }
+}
+
 void drawImmediate() {
   const Position* position = positions.data();
   for (unsigned int row = 0; row < detail; ++row) {
@@ -191,7 +217,8 @@ struct Method {
 };
 
 const std::map<std::string, Method> kMethods = {
-    {"immediateMode", {pointAtClientMemory, drawImmediate}},
+    {"immediateMode", {pointAtClientMemory, drawImmediateWithTests}},
+    {"immediateModeUntested", {pointAtClientMemory, drawImmediate}},
     {"arrayElement", {pointAtClientMemory, drawArrayElements}},
     {"drawArrays", {pointAtClientMemory, drawArrays}},
     {"compiledVertArray", {pointAtClientMemory, drawElements, true}},
@@ -231,8 +258,10 @@ double frame(const Method& method) {
   if (method.locked) {
     glUnlockArraysEXT();
   }
-  glBindBuffer(GL_ARRAY_BUFFER, 0);
   glBindVertexArray(0);
+  glDisableClientState(GL_VERTEX_ARRAY);
+  glDisable(GL_BLEND);
+  glBindBuffer(GL_ARRAY_BUFFER, 0);
   glutSwapBuffers();
   return triangles * static_cast<double>(models) / static_cast<double>(elapsed);
 }
