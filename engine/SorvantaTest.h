@@ -179,7 +179,6 @@ class SorvantaTest {
   void emitModel(Calls calls) const;
   template <RowAttributes has>
   void drawRowBuffers(int reps) const;
-  void drawRowBufferObjects(int reps) const;
 
   float rotationA[4] = {};  ///< angle in degrees, axis x, y, z
   float rotationB[4] = {};

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "engine/Repetition.h"
+#include "engine/RowObjects.h"
 #include "engine/SorvantaTest.h"
 #include "platform/gl/Driver.h"
 
@@ -66,7 +66,7 @@ void SorvantaTest::drawUsingVertexBufferObjects(int reps) {
     return;
   }
   if (drawMethod != kDrawArraysWithStaticVBO) {
-    drawRowBufferObjects(reps);
+    drawRowObjects(getVertexBufferObjects(), primitiveMode, layout.verticesPerRow, reps, thrash);
     return;
   }
   // All rows have the same attributes; which ones is settled here, not once per row.
@@ -79,20 +79,6 @@ void SorvantaTest::drawUsingVertexBufferObjects(int reps) {
   const DrawRows drawRows = kByAttributes[(has.normal ? 1 : 0) | (has.color ? 2 : 0) |
                                           (has.secondaryColor ? 4 : 0) | (has.texCoords ? 8 : 0)];
   (this->*drawRows)(reps);
-}
-
-/// Binds each row's vertex array object.
-void SorvantaTest::drawRowBufferObjects(int reps) const {
-  const auto bind = driver().vertexArrayObjects.bind;
-  const GLenum mode = primitiveMode;
-  const auto n = static_cast<GLsizei>(layout.verticesPerRow);
-  const std::span<const VertexBufferRecord> records = vertexBufferObjects;
-  repeatModel(reps, thrash, [=] {
-    for (const VertexBufferRecord& record : records) {
-      bind(record.vertexArrayObject);
-      glDrawArrays(mode, 0, n);
-    }
-  });
 }
 
 /// Binds each row's buffer and points the frame's enabled arrays into it.
