@@ -3,10 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-void require(bool holds, const char* expression, std::source_location place) {
-  if (!holds) {
-    std::fprintf(stderr, "%s:%u: failed assertion `%s'\n", place.file_name(),
-                 static_cast<unsigned int>(place.line()), expression);
-    std::abort();
-  }
+void failAssertion(const char* file, unsigned int line, const char* expression) {
+  std::fprintf(stderr, "%s:%u: failed assertion `%s'\n", file, line, expression);
+  std::abort();
 }

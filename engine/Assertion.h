@@ -1,8 +1,8 @@
 /// Preconditions that are checked in every build.
 #pragma once
 
-#include <source_location>
+/// Names the place and the expression on standard error and aborts.
+[[noreturn]] void failAssertion(const char* file, unsigned int line, const char* expression);
 
-/// Unless `holds`, names the place and `expression` on standard error and aborts.
-void require(bool holds, const char* expression,
-             std::source_location place = std::source_location::current());
+#define SORVANTA_ASSERT(expression) \
+  ((expression) ? static_cast<void>(0) : failAssertion(__FILE__, __LINE__, #expression))

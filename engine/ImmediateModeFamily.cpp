@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 
+#include "engine/ElementAt.h"
 #include "platform/gl/ContextTable.h"
 
 namespace {
@@ -68,40 +69,42 @@ class ContextCalls {
 template <unsigned int attributes, typename Calls>
 void emitStrips(SORVANTA_EMITTER_PARAMETERS) {
   const Calls calls;
-  const std::size_t verticesPerStrip = 2 * detail + 2;
+  const std::size_t stripBytes = (2 * detail + 2) * sizeof(GLCoord3);
   const auto unit = [texCoords](unsigned int bit, std::size_t index) -> const GLCoord2* {
     return (attributes & bit) != 0 ? texCoords[index] : nullptr;
   };
   const GLCoord2* const texCoords0 = unit(kT0, 0);
   const GLCoord2* const texCoords1 = unit(kT1, 1);
   const GLCoord2* const texCoords2 = unit(kT2, 2);
-  std::size_t i = 0;
+  std::size_t offset3 = 0;
+  std::size_t offset2 = 0;
   for (unsigned long strip = 0; strip < detail; ++strip) {
     calls.begin(static_cast<GLenum>(mode));
-    for (const std::size_t end = i + verticesPerStrip; i < end; ++i) {
+    for (const std::size_t end = offset3 + stripBytes; offset3 != end;
+         offset3 += sizeof(GLCoord3), offset2 += sizeof(GLCoord2)) {
       if constexpr ((attributes & kNor) != 0) {
-        calls.normal(&normals[i].x);
+        calls.normal(elementAt(normals, offset3));
       }
       if constexpr ((attributes & kCol) != 0) {
-        calls.color(&colors[i].x);
+        calls.color(elementAt(colors, offset3));
       }
       if constexpr ((attributes & kSec) != 0) {
-        calls.secondaryColor(&secondaryColors[i].x);
+        calls.secondaryColor(elementAt(secondaryColors, offset3));
       }
       if constexpr ((attributes & kT0) != 0) {
         if constexpr (Calls::sendsUnit0Plainly(attributes)) {
-          calls.texCoord(&texCoords0[i].s);
+          calls.texCoord(elementAt(texCoords0, offset2));
         } else {
-          calls.multiTexCoord(GL_TEXTURE0, &texCoords0[i].s);
+          calls.multiTexCoord(GL_TEXTURE0, elementAt(texCoords0, offset2));
         }
       }
       if constexpr ((attributes & kT1) != 0) {
-        calls.multiTexCoord(GL_TEXTURE1, &texCoords1[i].s);
+        calls.multiTexCoord(GL_TEXTURE1, elementAt(texCoords1, offset2));
       }
       if constexpr ((attributes & kT2) != 0) {
-        calls.multiTexCoord(GL_TEXTURE2, &texCoords2[i].s);
+        calls.multiTexCoord(GL_TEXTURE2, elementAt(texCoords2, offset2));
       }
-      calls.vertex(&vertices[i].x);
+      calls.vertex(elementAt(vertices, offset3));
     }
     calls.end();
   }

@@ -1,21 +1,29 @@
 #include "engine/RowLayout.h"
 
+#include <algorithm>
 #include <cstring>
 
-RowLayout layoutRow(RowAttributes wanted, std::span<const bool, kTextureUnitCount> textureEnabled) {
+RowAttributes RowOffsets::attributes() const {
+  const bool anyUnit = std::any_of(texCoordOffsets.begin(), texCoordOffsets.end(),
+                                   [](std::uint32_t offset) { return offset != 0; });
+  return {normalOffset != 0, colorOffset != 0, secondaryColorOffset != 0, anyUnit};
+}
+
+RowLayout layoutRow(bool normals, bool colors, bool secondaryColors,
+                    std::span<const bool, kTextureUnitCount> textureEnabled) {
   RowLayout layout{};
   layout.stride = sizeof(GLCoord3);
   const auto append = [&layout](std::uint32_t& offset, std::size_t size) {
     offset = layout.stride;
     layout.stride += static_cast<std::uint32_t>(size);
   };
-  if (wanted.normal) {
+  if (normals) {
     append(layout.offsets.normalOffset, sizeof(GLCoord3));
   } else {
-    if (wanted.color) {
+    if (colors) {
       append(layout.offsets.colorOffset, sizeof(GLCoord3));
     }
-    if (wanted.secondaryColor) {
+    if (secondaryColors) {
       append(layout.offsets.secondaryColorOffset, sizeof(GLCoord3));
     }
   }

@@ -9,11 +9,12 @@
 #include "model/Mesh.h"
 #include "platform/gl/GL.h"
 
-/// What an array method sends besides the position and the texture coordinates.
+/// What an array method sends besides the position.
 struct RowAttributes {
   bool normal;
   bool color;
   bool secondaryColor;
+  bool texCoords;  ///< of any unit
 };
 
 /// Byte offsets in an interleaved vertex; 0 for an absent attribute, as the position comes first.
@@ -24,9 +25,7 @@ struct RowOffsets {
   std::uint32_t secondaryColorOffset;
   std::array<std::uint32_t, kTextureUnitCount> texCoordOffsets;
 
-  RowAttributes attributes() const {
-    return {normalOffset != 0, colorOffset != 0, secondaryColorOffset != 0};
-  }
+  RowAttributes attributes() const;
 };
 
 struct RowLayout {
@@ -36,7 +35,8 @@ struct RowLayout {
 
 /// Position, then the normal or else colour and secondary colour, then the coordinates of the
 /// enabled texture units. With a normal there are no colours.
-RowLayout layoutRow(RowAttributes wanted, std::span<const bool, kTextureUnitCount> textureEnabled);
+RowLayout layoutRow(bool normals, bool colors, bool secondaryColors,
+                    std::span<const bool, kTextureUnitCount> textureEnabled);
 
 /// Writes `count` vertices, from `first` on, into `row` of count * stride bytes, front to back.
 void interleaveRow(const RowLayout& layout, const MeshArrays& arrays, std::size_t first,
@@ -49,9 +49,9 @@ inline const void* rowPointer(std::uintptr_t row, std::uint32_t offset) {
   return reinterpret_cast<const void*>(row + offset);
 }
 
-/// Points the array of every attribute in `has` and of every unit with coordinates into the row at
-/// `row`, a client address or an offset into the bound buffer. The last of those units is left
-/// active. Inlined so that a constant `has` leaves no test behind.
+/// Points the array of every attribute in `has` into the row at `row`, a client address or an
+/// offset into the bound buffer; `units` are those with texture coordinates, the last of which is
+/// left active. Inlined so that a constant `has` leaves no test behind.
 template <ArrayEnables enables>
 [[gnu::always_inline]] inline void pointRowArrays(RowAttributes has, const RowOffsets& offsets,
                                                   GLsizei stride, std::uintptr_t row,
@@ -79,13 +79,15 @@ template <ArrayEnables enables>
     glSecondaryColorPointer(3, GL_FLOAT, stride, rowPointer(row, offsets.secondaryColorOffset));
     enable(ArrayEnables::kAfter, GL_SECONDARY_COLOR_ARRAY);
   }
-  for (const std::uint8_t unit : units) {
-    glActiveTextureARB(GL_TEXTURE0_ARB + unit);
-    glClientActiveTextureARB(GL_TEXTURE0_ARB + unit);
-    if (enables != ArrayEnables::kNone) {
-      glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+  if (has.texCoords) {
+    for (const std::uint8_t unit : units) {
+      glActiveTextureARB(GL_TEXTURE0_ARB + unit);
+      glClientActiveTextureARB(GL_TEXTURE0_ARB + unit);
+      if (enables != ArrayEnables::kNone) {
+        glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+      }
+      glTexCoordPointer(2, GL_FLOAT, stride, rowPointer(row, offsets.texCoordOffsets[unit]));
     }
-    glTexCoordPointer(2, GL_FLOAT, stride, rowPointer(row, offsets.texCoordOffsets[unit]));
   }
 }
 

@@ -26,7 +26,7 @@ unsigned int limit(GLenum name) {
 }  // namespace
 
 SorvantaTest::SorvantaTest(PerformanceHistory* history) : perfHistory(history) {
-  require(perfHistory != nullptr, "perfHistory");
+  SORVANTA_ASSERT(perfHistory);
   updateVertices();
 }
 
@@ -88,7 +88,7 @@ void SorvantaTest::setTexturing(unsigned int slot, bool on) {
 }
 
 void SorvantaTest::setTexturing(const bool* flags) {
-  require(textureUnitCount() <= kTextureUnitCount, "textureUnitCount() <= kTextureUnitCount");
+  SORVANTA_ASSERT(textureUnitCount() <= kTextureUnitCount);
   for (unsigned int i = 0; i < textureUnitCount(); ++i) {
     textureEnabled[i] = flags[i];
   }
@@ -101,7 +101,7 @@ void SorvantaTest::setLighting(unsigned int light, bool on) {
 }
 
 void SorvantaTest::setLighting(const bool* flags) {
-  require(lightCount() <= kLightCount, "lightCount() <= kLightCount");
+  SORVANTA_ASSERT(lightCount() <= kLightCount);
   for (unsigned int i = 0; i < lightCount(); ++i) {
     lightEnabled[i] = flags[i];
   }

@@ -157,7 +157,9 @@ class SorvantaTest {
  private:
   using DrawRows = void (SorvantaTest::*)(int reps) const;
 
-  RowAttributes wantedAttributes() const { return {useNormals, useColor, useSecColor}; }
+  RowLayout rowLayout() const {
+    return layoutRow(useNormals, useColor, useSecColor, textureEnabled);
+  }
   void createTextures();
   void setModelView();
   void bindTextureUnits();
@@ -177,7 +179,6 @@ class SorvantaTest {
   void emitModel(Calls calls) const;
   template <RowAttributes has>
   void drawRowBuffers(int reps) const;
-  void drawRowBufferObjects(int reps) const;
 
   float rotationA[4] = {};  ///< angle in degrees, axis x, y, z
   float rotationB[4] = {};

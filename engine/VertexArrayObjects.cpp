@@ -1,6 +1,6 @@
 /// The vertex-array-object method: a private interleaved copy of each grid row, declared a vertex
 /// array range of an object of its own.
-#include "engine/Repetition.h"
+#include "engine/RowObjects.h"
 #include "engine/SorvantaTest.h"
 #include "platform/gl/Driver.h"
 
@@ -8,7 +8,7 @@ void SorvantaTest::rebuildVertexArrayObjects() {
   deleteVertexArrayObjects();
   const VertexArrayObjects& objects = driver().vertexArrayObjects;
   VertexArrayRange& range = *driver().vertexArrayRange;
-  const RowLayout row = layoutRow(wantedAttributes(), textureEnabled);
+  const RowLayout row = rowLayout();
   const std::uint32_t m = layout.verticesPerRow;
   const std::uint32_t size = m * row.stride;
   const RowUnits units(row.offsets);
@@ -35,16 +35,7 @@ void SorvantaTest::drawUsingVertexArrayObjects(int reps) {
   if (!glInitialized) {
     return;
   }
-  const auto bind = driver().vertexArrayObjects.bind;
-  const GLenum mode = primitiveMode;
-  const auto n = static_cast<GLsizei>(layout.verticesPerRow);
-  const std::span<const VertexArrayRecord> records = vertexArrayObjects;
-  repeatModel(reps, thrash, [=] {
-    for (const VertexArrayRecord& record : records) {
-      bind(record.vertexArrayObject);
-      glDrawArrays(mode, 0, n);
-    }
-  });
+  drawRowObjects(getVertexArrayObjects(), primitiveMode, layout.verticesPerRow, reps, thrash);
 }
 
 void SorvantaTest::deleteVertexArrayObjects() {

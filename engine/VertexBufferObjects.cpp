@@ -2,8 +2,9 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
-#include "engine/Repetition.h"
+#include "engine/RowObjects.h"
 #include "engine/SorvantaTest.h"
 #include "platform/gl/Driver.h"
 
@@ -38,7 +39,7 @@ void release(std::vector<VertexBufferRecord>& records) {
 void SorvantaTest::rebuildVertexBufferObjects(unsigned long usage) {
   deleteVertexBufferObjects();
   const VertexArrayObjects& objects = driver().vertexArrayObjects;
-  const RowLayout row = layoutRow(wantedAttributes(), textureEnabled);
+  const RowLayout row = rowLayout();
   const std::uint32_t m = layout.verticesPerRow;
   const std::uint32_t size = m * row.stride;
   const RowUnits units(row.offsets);
@@ -65,35 +66,19 @@ void SorvantaTest::drawUsingVertexBufferObjects(int reps) {
     return;
   }
   if (drawMethod != kDrawArraysWithStaticVBO) {
-    drawRowBufferObjects(reps);
+    drawRowObjects(getVertexBufferObjects(), primitiveMode, layout.verticesPerRow, reps, thrash);
     return;
   }
-  // All rows have the same attributes; which ones is settled here, not once per row. A normal
-  // rules colours out.
-  static constexpr DrawRows kByColors[2][2] = {
-      {&SorvantaTest::drawRowBuffers<RowAttributes{false, false, false}>,
-       &SorvantaTest::drawRowBuffers<RowAttributes{false, false, true}>},
-      {&SorvantaTest::drawRowBuffers<RowAttributes{false, true, false}>,
-       &SorvantaTest::drawRowBuffers<RowAttributes{false, true, true}>}};
+  // All rows have the same attributes; which ones is settled here, not once per row.
+  static constexpr auto kByAttributes = []<std::size_t... bits>(std::index_sequence<bits...>) {
+    return std::array<DrawRows, sizeof...(bits)>{&SorvantaTest::drawRowBuffers<RowAttributes{
+        (bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0}>...};
+  }
+  (std::make_index_sequence<16>());
   const RowAttributes has = vertexBufferObjects.front().offsets.attributes();
-  const DrawRows drawRows = has.normal
-                                ? &SorvantaTest::drawRowBuffers<RowAttributes{true, false, false}>
-                                : kByColors[has.color][has.secondaryColor];
+  const DrawRows drawRows = kByAttributes[(has.normal ? 1 : 0) | (has.color ? 2 : 0) |
+                                          (has.secondaryColor ? 4 : 0) | (has.texCoords ? 8 : 0)];
   (this->*drawRows)(reps);
-}
-
-/// Binds each row's vertex array object.
-void SorvantaTest::drawRowBufferObjects(int reps) const {
-  const auto bind = driver().vertexArrayObjects.bind;
-  const GLenum mode = primitiveMode;
-  const auto n = static_cast<GLsizei>(layout.verticesPerRow);
-  const std::span<const VertexBufferRecord> records = vertexBufferObjects;
-  repeatModel(reps, thrash, [=] {
-    for (const VertexBufferRecord& record : records) {
-      bind(record.vertexArrayObject);
-      glDrawArrays(mode, 0, n);
-    }
-  });
 }
 
 /// Binds each row's buffer and points the frame's enabled arrays into it.
@@ -102,8 +87,9 @@ void SorvantaTest::drawRowBuffers(int reps) const {
   const GLenum mode = primitiveMode;
   const auto n = static_cast<GLsizei>(layout.verticesPerRow);
   const std::span<const VertexBufferRecord> records = vertexBufferObjects;
-  const RowUnits units(records.front().offsets);
-  repeatModel(reps, thrash, [&] {
+  const RowUnits allUnits(records.front().offsets);
+  const std::span<const std::uint8_t> units = allUnits;
+  repeatModel(reps, thrash, [=] {
     for (const VertexBufferRecord& record : records) {
       glBindBufferARB(GL_ARRAY_BUFFER_ARB, record.buffer);
       pointRowArrays<ArrayEnables::kNone>(has, record.offsets, static_cast<GLsizei>(record.stride),

@@ -99,9 +99,9 @@ void FilterHeightBand(float* band, int stride, int count, float filter) {
   const float keep = 1.0F - filter;
   float v = band[0];
   for (int k = 1; k < count; ++k) {
-    float& height = band[static_cast<std::ptrdiff_t>(k) * stride];
-    v = v * filter + keep * height;
-    height = v;
+    const std::ptrdiff_t place = static_cast<std::ptrdiff_t>(k) * stride;
+    v = v * filter + keep * band[place];
+    band[place] = v;
   }
 }
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int kStripeWidth = 8;
+constexpr unsigned int kStripeWidth = 8;
 constexpr std::uint8_t kHalf = 128;
 
 using Texel = std::array<std::uint8_t, 4>;
@@ -63,16 +63,17 @@ void GenerateStripeTexture(unsigned long texture, int phase, int width, int heig
                            int green, int blue) {
   const Texel coloured = {lowByte(red), lowByte(green), lowByte(blue), kHalf};
   const Texel grey = {kHalf, kHalf, kHalf, kHalf};
-  std::vector<Texel> texels(static_cast<std::size_t>(std::max(width, 0)) *
-                            static_cast<std::size_t>(std::max(height, 0)));
-  auto next = texels.begin();
+  std::vector<Texel> row(static_cast<std::size_t>(std::max(width, 0)));
+  for (std::size_t x = 0; x < row.size(); ++x) {
+    // Unsigned, so that no phase overflows; the two lowest bits are the same.
+    const auto stripe =
+        static_cast<unsigned int>(x) / kStripeWidth + static_cast<unsigned int>(phase);
+    row[x] = stripe % 4 == 0 ? coloured : grey;
+  }
+  std::vector<Texel> texels;
+  texels.reserve(row.size() * static_cast<std::size_t>(std::max(height, 0)));
   for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      // Unsigned, so that no phase overflows; the two lowest bits are the same.
-      const unsigned int stripe =
-          static_cast<unsigned int>(x / kStripeWidth) + static_cast<unsigned int>(phase);
-      *next++ = stripe % 4 == 0 ? coloured : grey;
-    }
+    texels.insert(texels.end(), row.begin(), row.end());
   }
   // A picture uploaded before leaves its own row length set. Where that is longer than these
   // rows, or no multiple of the pattern's period, it would read past the texels or shear them.

@@ -1,0 +1,311 @@
+// The least program that makes a method's calls: one window, a mesh of positions, and the calls
+// written out. bare_program METHOD DETAIL SECONDS prints the mean rate in millions of triangles per
+// second, drawn offscreen; bare_program clear opens the window, clears it once and ends.
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <GL/freeglut.h>
+#include <GL/glu.h>
+#include <unistd.h>
+
+#include "perf/Clock.h"
+
+namespace {
+
+struct Position {
+  float x, y, z;
+};
+
+unsigned int detail = 64;
+GLsizei stripLength = 0;
+std::vector<Position> positions;
+std::vector<GLuint> indices;
+std::vector<GLuint> objects, buffers;
+
+void buildMesh() {
+  stripLength = static_cast<GLsizei>(2 * detail + 2);
+  const float width = 280.0F / static_cast<float>(detail);
+  for (unsigned int row = 0; row < detail; ++row) {
+    for (unsigned int j = 0; j < 2 * detail + 2; ++j) {
+      const unsigned int line = row + (j & 1);
+      const unsigned int column = j / 2;
+      positions.push_back(
+          {width * static_cast<float>(line) + 60, width * static_cast<float>(column) + 60, 0});
+    }
+  }
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    indices.push_back(static_cast<GLuint>(i));
+  }
+}
+
+/// Makes a buffer of the client's memory, in whole pages, and returns the memory's offset in it.
+std::uintptr_t pin(const void* memory, std::size_t size, GLuint buffer) {
+  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const auto address = reinterpret_cast<std::uintptr_t>(memory);
+  const std::uintptr_t first = address & ~(page - 1);
+  const std::uintptr_t end = (address + size + page - 1) & ~(page - 1);
+  glBindBuffer(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, buffer);
+  glBufferData(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, static_cast<GLsizeiptr>(end - first),
+               reinterpret_cast<const void*>(first), GL_STREAM_DRAW);
+  glBindBuffer(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, 0);
+  return address - first;
+}
+
+const void* offset(std::uintptr_t bytes) {
+  return reinterpret_cast<const void*>(bytes);
+}
+
+/// A vertex array object and a buffer per row; `fill` puts the row's data into the buffer and
+/// returns its offset there.
+void makeRows(const std::function<std::uintptr_t(const Position*, std::size_t, GLuint)>& fill) {
+  objects.resize(detail);
+  buffers.resize(detail);
+  glGenVertexArrays(static_cast<GLsizei>(detail), objects.data());
+  glGenBuffers(static_cast<GLsizei>(detail), buffers.data());
+  for (unsigned int row = 0; row < detail; ++row) {
+    const Position* const first = &positions[row * static_cast<std::size_t>(stripLength)];
+    const std::size_t size = static_cast<std::size_t>(stripLength) * sizeof(Position);
+    glBindVertexArray(objects[row]);
+    const std::uintptr_t at = fill(first, size, buffers[row]);
+    glBindBuffer(GL_ARRAY_BUFFER, buffers[row]);
+    glVertexPointer(3, GL_FLOAT, sizeof(Position), offset(at));
+    glEnableClientState(GL_VERTEX_ARRAY);
+  }
+  glBindBuffer(GL_ARRAY_BUFFER, 0);
+  glBindVertexArray(0);
+}
+
+std::uintptr_t upload(const Position* first, std::size_t size, GLuint buffer, GLenum usage) {
+  glBindBuffer(GL_ARRAY_BUFFER, buffer);
+  glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(size), nullptr, usage);
+  std::memcpy(glMapBuffer(GL_ARRAY_BUFFER, GL_WRITE_ONLY), first, size);
+  glUnmapBuffer(GL_ARRAY_BUFFER);
+  return 0;
+}
+
+std::uintptr_t uploadStatic(const Position* first, std::size_t size, GLuint buffer) {
+  return upload(first, size, buffer, GL_STATIC_DRAW);
+}
+
+std::uintptr_t uploadStream(const Position* first, std::size_t size, GLuint buffer) {
+  return upload(first, size, buffer, GL_STREAM_DRAW);
+}
+
+/// Each row copied to memory of its own, and that pinned.
+std::uintptr_t copyAndPin(const Position* first, std::size_t size, GLuint buffer) {
+  void* const copy = std::malloc(size);
+  std::memcpy(copy, first, size);
+  return pin(copy, size, buffer);
+}
+
+void pointAtClientMemory() {
+  glVertexPointer(3, GL_FLOAT, 0, positions.data());
+}
+
+void pinFrame() {
+  buffers.resize(1);
+  glGenBuffers(1, buffers.data());
+  const std::uintptr_t at = pin(positions.data(), positions.size() * sizeof(Position), buffers[0]);
+  glBindBuffer(GL_ARRAY_BUFFER, buffers[0]);
+  glVertexPointer(3, GL_FLOAT, 0, offset(at));
+  glBindBuffer(GL_ARRAY_BUFFER, 0);
+}
+
+void compileList() {
+  glNewList(1, GL_COMPILE);
+  std::size_t i = 0;
+  for (unsigned int row = 0; row < detail; ++row) {
+    glBegin(GL_TRIANGLE_STRIP);
+    for (GLsizei v = 0; v < stripLength; ++v) {
+      glVertex3fv(&positions[i++].x);
+    }
+    glEnd();
+  }
+  glEndList();
+}
+
+/// A test that the compiler can neither leave out nor merge with others.
+void testAttribute(unsigned int& attributes, unsigned int bit) {
+  asm volatile("" : "+r"(attributes));
+  if ((attributes & bit) != 0) {
+    std::abort();
+  }
+}
+
+/// With the eleven attribute tests per vertex that this method is defined to make.
+void drawImmediateWithTests() {
+  unsigned int attributes = 0;
+  const Position* position = positions.data();
+  for (unsigned int row = 0; row < detail; ++row) {
+    glBegin(GL_TRIANGLE_STRIP);
+    for (GLsizei v = 0; v < stripLength; ++v) {
+      [&]<unsigned int... bits>(std::integer_sequence<unsigned int, bits...>) {
+        (testAttribute(attributes, 1U << bits), ...);
+      }
+      (std::make_integer_sequence<unsigned int, 11>());
+      glVertex3fv(&position++->x);
+    }
+    glEnd();
+  }
+}
+
+void drawImmediate() {
+  const Position* position = positions.data();
+  for (unsigned int row = 0; row < detail; ++row) {
+    glBegin(GL_TRIANGLE_STRIP);
+    for (GLsizei v = 0; v < stripLength; ++v) {
+      glVertex3fv(&position++->x);
+    }
+    glEnd();
+  }
+}
+
+void drawArrayElements() {
+  GLint i = 0;
+  for (unsigned int row = 0; row < detail; ++row) {
+    glBegin(GL_TRIANGLE_STRIP);
+    for (GLsizei v = 0; v < stripLength; ++v) {
+      glArrayElement(i++);
+    }
+    glEnd();
+  }
+}
+
+void drawArrays() {
+  for (unsigned int row = 0; row < detail; ++row) {
+    glDrawArrays(GL_TRIANGLE_STRIP, static_cast<GLint>(row) * stripLength, stripLength);
+  }
+}
+
+void drawElements() {
+  for (unsigned int row = 0; row < detail; ++row) {
+    glDrawElements(GL_TRIANGLE_STRIP, stripLength, GL_UNSIGNED_INT,
+                   indices.data() + row * static_cast<std::size_t>(stripLength));
+  }
+}
+
+void drawList() {
+  glCallList(1);
+}
+
+void drawObjects() {
+  for (const GLuint object : objects) {
+    glBindVertexArray(object);
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, stripLength);
+  }
+}
+
+void drawBuffers() {
+  for (const GLuint buffer : buffers) {
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    glVertexPointer(3, GL_FLOAT, sizeof(Position), nullptr);
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, stripLength);
+  }
+}
+
+struct Method {
+  void (*prepare)();
+  void (*draw)();
+  bool locked = false;
+};
+
+const std::map<std::string, Method> kMethods = {
+    {"immediateMode", {pointAtClientMemory, drawImmediateWithTests}},
+    {"immediateModeUntested", {pointAtClientMemory, drawImmediate}},
+    {"arrayElement", {pointAtClientMemory, drawArrayElements}},
+    {"drawArrays", {pointAtClientMemory, drawArrays}},
+    {"compiledVertArray", {pointAtClientMemory, drawElements, true}},
+    {"displayLists", {compileList, drawList}},
+    {"drawArraysWithVertArrayRng", {pinFrame, drawArrays}},
+    {"drawArraysWithVertArrayObjects", {[] { makeRows(copyAndPin); }, drawObjects}},
+    {"drawArraysWithDynVertBufferObjectsVAO", {[] { makeRows(uploadStream); }, drawObjects}},
+    {"drawArraysWithStatVertBufferObjectsVAO", {[] { makeRows(uploadStatic); }, drawObjects}},
+    {"drawArraysWithStaticVBO", {[] { makeRows(uploadStatic); }, drawBuffers}},
+};
+
+double frame(const Method& method) {
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  glBindVertexArray(0);
+  glEnableClientState(GL_VERTEX_ARRAY);
+  glColor4f(0.7F, 0.7F, 0.7F, 1);
+  if (method.locked) {
+    glLockArraysEXT(0, static_cast<GLsizei>(positions.size()));
+  }
+  glClearColor(1, 1, 1, 1);
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  const double triangles = 2.0 * detail * detail;
+  int reps = static_cast<int>(20000 / triangles);
+  reps = reps < 10 ? 10 : reps > 2000 ? 2000 : reps;
+  std::uint64_t models = 0;
+  const std::uint64_t start = getTime();
+  do {
+    for (int r = 0; r < reps; ++r) {
+      method.draw();
+    }
+    glFlush();
+    models += static_cast<std::uint64_t>(reps);
+  } while (getTime() - start < 100000);
+  glFinish();
+  const std::uint64_t elapsed = getTime() - start;
+  if (method.locked) {
+    glUnlockArraysEXT();
+  }
+  glBindVertexArray(0);
+  glDisableClientState(GL_VERTEX_ARRAY);
+  glDisable(GL_BLEND);
+  glBindBuffer(GL_ARRAY_BUFFER, 0);
+  glutSwapBuffers();
+  return triangles * static_cast<double>(models) / static_cast<double>(elapsed);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  glutInit(&argc, argv);
+  glutInitDisplayString("rgba double depth=32");
+  glutInitWindowSize(400, 400);
+  glutCreateWindow("bare program");
+  glutShowWindow();
+  if (argc == 2) {
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glFinish();
+    _exit(0);
+  }
+  if (argc != 4 || !kMethods.contains(argv[1])) {
+    std::fputs("usage: bare_program METHOD DETAIL SECONDS | bare_program clear\n", stderr);
+    return 1;
+  }
+  const Method& method = kMethods.at(argv[1]);
+  detail = static_cast<unsigned int>(std::atoi(argv[2]));
+  buildMesh();
+  glDisable(GL_DEPTH_TEST);
+  glMatrixMode(GL_PROJECTION);
+  gluPerspective(53.2, 1, 0.1, 1000);
+  gluLookAt(200, 200, 400, 200, 200, 0, 0, 1, 0);
+  glTranslatef(0, 0, 500);
+  glMatrixMode(GL_MODELVIEW);
+  method.prepare();
+
+  // Until the window is on the screen, and one frame more, is warming up.
+  glutDisplayFunc([] {});
+  glutMainLoopEvent();
+  frame(method);
+  double sum = 0;
+  int frames = 0;
+  const std::uint64_t end = getTime() + static_cast<std::uint64_t>(std::atof(argv[3]) * 1e6);
+  while (getTime() < end) {
+    sum += frame(method);
+    ++frames;
+    glutMainLoopEvent();
+  }
+  std::printf("%g MTri/sec\n", sum / frames);
+  _exit(std::fflush(stdout));
+}
