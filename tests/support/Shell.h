@@ -26,7 +26,7 @@ bool poll(Done done) {
 inline std::string shell(const std::string& script) {
   const std::string command =
       "timeout 120 bash 2>&1 <<'END'\ncd $(mktemp -d)\n"
-      "trap 'kill $(jobs -p) 2> /dev/null; rm -r $PWD' EXIT\n" +
+      "trap 'kill $(jobs -p) 2> /dev/null; wait; rm -r $PWD' EXIT\n" +
       script + "\nEND";
   FILE* const pipe = popen(command.c_str(), "r");
   std::string text;
