@@ -4,6 +4,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <span>
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
@@ -165,8 +166,9 @@ bool covered() {
   XImage* const image =
       XGetImage(display, DefaultRootWindow(display), 0, 0, 1280, 1024, AllPlanes, ZPixmap);
   const auto* const pixels = reinterpret_cast<const std::uint32_t*>(image->data);
-  const std::uint32_t corner = pixels[1280 * 1024 - 1];
-  const auto same = std::count(pixels, pixels + 1280 * 1024, corner);
+  const std::span<const std::uint32_t> screen(pixels, std::size_t{1280} * 1024);
+  const std::uint32_t corner = screen.back();
+  const auto same = std::count(screen.begin(), screen.end(), corner);
   XDestroyImage(image);
   return (corner & 0xFFFFFF) != 0 && same > 1280 * 1024 * 0.95;
 }

@@ -262,10 +262,10 @@ TEST_F(EngineTest, BuffersAreBuiltDrawnAndReleased) {
                        gl("MapBufferARB", GL_ARRAY_BUFFER, GL_WRITE_ONLY),
                        gl("UnmapBufferARB", GL_ARRAY_BUFFER), unbind));
     const MeshArrays& a = test.getArrays();
-    const unsigned char* const vertex = fakeDriver.buffer.data() + 3 * 32;
-    EXPECT_EQ(std::memcmp(vertex, a.vertices + 3, 12), 0);
-    EXPECT_EQ(std::memcmp(vertex + 12, a.colors + 3, 12), 0);
-    EXPECT_EQ(std::memcmp(vertex + 24, a.texCoords[2] + 3, 8), 0);
+    const float* const vertex = &fakeDriver.buffer[std::size_t{3 * 8}];
+    EXPECT_TRUE(std::equal(vertex, vertex + 3, &a.vertices[3].x));
+    EXPECT_TRUE(std::equal(vertex + 3, vertex + 6, &a.colors[3].x));
+    EXPECT_TRUE(std::equal(vertex + 6, vertex + 8, &a.texCoords[2][3].s));
     const Calls bind =
         method == kDrawArraysWithStaticVBO
             ? sequence(bindBuffer, vertices, colors, activeUnit(GL_TEXTURE2), texCoords)

@@ -47,10 +47,10 @@ TEST_F(Mesh, FillsEveryAttributeInEveryLayoutBitForBitAgain) {
         const GLCoord3 v = a.vertices[i];
         ASSERT_LT(std::abs(60 + 280 * t.s - v.x) + std::abs(60 + 280 * t.t - v.y), 1e-3F);
         for (const GLCoord2* unit : a.texCoords) {
-          ASSERT_EQ(std::memcmp(unit + i, &t, sizeof(t)), 0);
+          ASSERT_TRUE(unit[i].s == t.s && unit[i].t == t.t);
         }
-        const GLCoord3 color = {1 - t.s, 0.5F, t.t};
-        ASSERT_EQ(std::memcmp(a.secondaryColors + i, &color, 12), 0);
+        const GLCoord3 color = a.secondaryColors[i];
+        ASSERT_TRUE(color.x == 1 - t.s && color.y == 0.5F && color.z == t.t);
         ASSERT_EQ(std::abs(a.normals[i].x) + std::abs(a.normals[i].y) + v.z, 0);
         ASSERT_EQ(a.normals[i].z, 1);
       }
@@ -77,7 +77,7 @@ using Field = std::vector<float>;
 /// The run without any step left out.
 void plainTerrain(Field& heights, int size, int maxDelta, int minDelta, int pace, float filter) {
   for (int i = 0; i < 12; ++i) {
-    const auto delta = static_cast<float>(maxDelta - ((maxDelta - minDelta) * i) / 12);
+    const int delta = maxDelta - (maxDelta - minDelta) * i / 12;
     const int x1 = rand() % size;
     const int z1 = rand() % size;
     int x2 = x1;
@@ -88,7 +88,7 @@ void plainTerrain(Field& heights, int size, int maxDelta, int minDelta, int pace
     }
     for (int k = 0; k < size * size; ++k) {
       const bool raised = (z2 - z1) * (k % size - x1) - (x2 - x1) * (k / size - z1) > 0;
-      heights[static_cast<std::size_t>(k)] += raised ? delta : 0;
+      heights[static_cast<std::size_t>(k)] += static_cast<float>(raised ? delta : 0);
     }
     if (pace != 0 && i % pace == 0) {
       FilterHeightField(heights.data(), size, filter);

@@ -57,7 +57,7 @@ struct FakeDriver {
                                       {GL_MAX_TEXTURE_UNITS, 8},
                                       {0x8520, 1 << 20}};  // vertices of a native range
   bool unmapSucceeds = true;
-  std::vector<unsigned char> buffer = std::vector<unsigned char>(1 << 20);  ///< that gets mapped
+  std::vector<float> buffer = std::vector<float>(1 << 18);  ///< that gets mapped
 };
 
 extern FakeDriver fakeDriver;
