@@ -262,7 +262,7 @@ TEST_F(EngineTest, BuffersAreBuiltDrawnAndReleased) {
                        gl("MapBufferARB", GL_ARRAY_BUFFER, GL_WRITE_ONLY),
                        gl("UnmapBufferARB", GL_ARRAY_BUFFER), unbind));
     const MeshArrays& a = test.getArrays();
-    const float* const vertex = &fakeDriver.buffer[std::size_t{3 * 8}];
+    const float* const vertex = &fakeDriver.buffer[24];  // the last of four
     EXPECT_TRUE(std::equal(vertex, vertex + 3, &a.vertices[3].x));
     EXPECT_TRUE(std::equal(vertex + 3, vertex + 6, &a.colors[3].x));
     EXPECT_TRUE(std::equal(vertex + 6, vertex + 8, &a.texCoords[2][3].s));
