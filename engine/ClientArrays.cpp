@@ -77,14 +77,6 @@ void SorvantaTest::releaseAttributeArrays() {
   }
 }
 
-void SorvantaTest::lockArrays() {
-  glLockArraysEXT(0, static_cast<GLsizei>(modelVertexCount()));
-}
-
-void SorvantaTest::unlockArrays() {
-  glUnlockArraysEXT();
-}
-
 void SorvantaTest::declareVertexArrayRange() {
   if (modelVertexCount() > maxVertexArraySize()) {
     return;

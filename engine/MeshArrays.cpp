@@ -1,4 +1,5 @@
 /// The mesh's memory and the order in which it is built.
+#include <cmath>
 #include <numeric>
 
 #include "engine/SorvantaTest.h"
@@ -32,5 +33,10 @@ void SorvantaTest::updateVertices() {
 }
 
 float SorvantaTest::computeTriArea(float x0, float y0, float x1, float y1, float x2, float y2) {
-  return triangleArea(x0, y0, x1, y1, x2, y2);
+  const auto distance = [](float dx, float dy) { return std::sqrt(dx * dx + dy * dy); };
+  const float a = distance(x1 - x0, y1 - y0);
+  const float b = distance(x2 - x1, y2 - y1);
+  const float c = distance(x0 - x2, y0 - y2);
+  const float p = (a + b + c) * 0.5F;
+  return std::sqrt(((p - a) * p) * (p - b) * (p - c));
 }

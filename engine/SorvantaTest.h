@@ -106,6 +106,7 @@ class SorvantaTest {
   unsigned int modelVertexCount() const { return layout.vertexCount; }
   unsigned int modelTriangleCountPerStrip() const { return 2 * detail; }
   float getTriArea() const { return triArea; }  ///< of the mesh's first triangle
+  /// The area of a triangle in the plane by Heron's formula.
   static float computeTriArea(float x0, float y0, float x1, float y1, float x2, float y2);
   const MeshLayout& getLayout() const { return layout; }
   const MeshArrays& getArrays() const { return arrays; }
@@ -138,8 +139,6 @@ class SorvantaTest {
 
   // A draw method's own steps around them.
 
-  void lockArrays();
-  void unlockArrays();
   void declareVertexArrayRange();
   void withdrawVertexArrayRange();
   void enableRowRanges();

@@ -147,12 +147,3 @@ GLCoord3 calcNormal(GLCoord3 a, GLCoord3 b, GLCoord3 c) {
   const float length = std::sqrt(n.x * n.x + n.y * n.y + n.z * n.z);
   return {n.x / length, n.y / length, n.z / length};
 }
-
-float triangleArea(float x0, float y0, float x1, float y1, float x2, float y2) {
-  const auto distance = [](float dx, float dy) { return std::sqrt(dx * dx + dy * dy); };
-  const float a = distance(x1 - x0, y1 - y0);
-  const float b = distance(x2 - x1, y2 - y1);
-  const float c = distance(x0 - x2, y0 - y2);
-  const float p = (a + b + c) * 0.5F;
-  return std::sqrt(((p - a) * p) * (p - b) * (p - c));
-}

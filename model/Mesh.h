@@ -63,6 +63,3 @@ void runTerrain(const MeshLayout& layout, float* scratch);
 
 /// The unit normal (a - b) x (b - c). Not a number for three points in a line.
 GLCoord3 calcNormal(GLCoord3 a, GLCoord3 b, GLCoord3 c);
-
-/// The area of a triangle in the plane by Heron's formula.
-float triangleArea(float x0, float y0, float x1, float y1, float x2, float y2);
