@@ -62,17 +62,18 @@ const void* offset(std::uintptr_t bytes) {
   return reinterpret_cast<const void*>(bytes);
 }
 
-/// A vertex array object and a buffer per row; `fill` puts the row's data into the buffer and
-/// returns its offset there.
+/// A vertex array object and a buffer per row, made row by row: where the driver puts the rows in
+/// memory, and so what they cost to draw, depends on what is made between them. `fill` puts a row's
+/// data into its buffer and returns their offset there.
 void makeRows(const std::function<std::uintptr_t(const Position*, std::size_t, GLuint)>& fill) {
   objects.resize(detail);
   buffers.resize(detail);
-  glGenVertexArrays(static_cast<GLsizei>(detail), objects.data());
-  glGenBuffers(static_cast<GLsizei>(detail), buffers.data());
   for (unsigned int row = 0; row < detail; ++row) {
     const Position* const first = &positions[row * static_cast<std::size_t>(stripLength)];
     const std::size_t size = static_cast<std::size_t>(stripLength) * sizeof(Position);
+    glGenVertexArrays(1, &objects[row]);
     glBindVertexArray(objects[row]);
+    glGenBuffers(1, &buffers[row]);
     const std::uintptr_t at = fill(first, size, buffers[row]);
     glBindBuffer(GL_ARRAY_BUFFER, buffers[row]);
     glVertexPointer(3, GL_FLOAT, sizeof(Position), offset(at));
@@ -105,8 +106,14 @@ std::uintptr_t copyAndPin(const Position* first, std::size_t size, GLuint buffer
   return pin(copy, size, buffer);
 }
 
-void pointAtClientMemory() {
-  glVertexPointer(3, GL_FLOAT, 0, positions.data());
+void nothing() {}
+
+void lock() {
+  glLockArraysEXT(0, static_cast<GLsizei>(positions.size()));
+}
+
+void unlock() {
+  glUnlockArraysEXT();
 }
 
 void pinFrame() {
@@ -116,6 +123,11 @@ void pinFrame() {
   glBindBuffer(GL_ARRAY_BUFFER, buffers[0]);
   glVertexPointer(3, GL_FLOAT, 0, offset(at));
   glBindBuffer(GL_ARRAY_BUFFER, 0);
+}
+
+void unpinFrame() {
+  glVertexPointer(3, GL_FLOAT, 0, positions.data());
+  glDeleteBuffers(1, buffers.data());
 }
 
 void compileList() {
@@ -211,23 +223,24 @@ void drawBuffers() {
 }
 
 struct Method {
-  void (*prepare)();
   void (*draw)();
-  bool locked = false;
+  void (*prepare)() = nothing;
+  void (*begin)() = nothing;  ///< of a frame, before what is measured
+  void (*end)() = nothing;    ///< of a frame, after it
 };
 
 const std::map<std::string, Method> kMethods = {
-    {"immediateMode", {pointAtClientMemory, drawImmediateWithTests}},
-    {"immediateModeUntested", {pointAtClientMemory, drawImmediate}},
-    {"arrayElement", {pointAtClientMemory, drawArrayElements}},
-    {"drawArrays", {pointAtClientMemory, drawArrays}},
-    {"compiledVertArray", {pointAtClientMemory, drawElements, true}},
-    {"displayLists", {compileList, drawList}},
-    {"drawArraysWithVertArrayRng", {pinFrame, drawArrays}},
-    {"drawArraysWithVertArrayObjects", {[] { makeRows(copyAndPin); }, drawObjects}},
-    {"drawArraysWithDynVertBufferObjectsVAO", {[] { makeRows(uploadStream); }, drawObjects}},
-    {"drawArraysWithStatVertBufferObjectsVAO", {[] { makeRows(uploadStatic); }, drawObjects}},
-    {"drawArraysWithStaticVBO", {[] { makeRows(uploadStatic); }, drawBuffers}},
+    {"immediateMode", {drawImmediateWithTests}},
+    {"immediateModeUntested", {drawImmediate}},
+    {"arrayElement", {drawArrayElements}},
+    {"drawArrays", {drawArrays}},
+    {"compiledVertArray", {drawElements, nothing, lock, unlock}},
+    {"displayLists", {drawList, compileList}},
+    {"drawArraysWithVertArrayRng", {drawArrays, nothing, pinFrame, unpinFrame}},
+    {"drawArraysWithVertArrayObjects", {drawObjects, [] { makeRows(copyAndPin); }}},
+    {"drawArraysWithDynVertBufferObjectsVAO", {drawObjects, [] { makeRows(uploadStream); }}},
+    {"drawArraysWithStatVertBufferObjectsVAO", {drawObjects, [] { makeRows(uploadStatic); }}},
+    {"drawArraysWithStaticVBO", {drawBuffers, [] { makeRows(uploadStatic); }}},
 };
 
 double frame(const Method& method) {
@@ -235,10 +248,9 @@ double frame(const Method& method) {
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
   glBindVertexArray(0);
   glEnableClientState(GL_VERTEX_ARRAY);
+  glVertexPointer(3, GL_FLOAT, 0, positions.data());
   glColor4f(0.7F, 0.7F, 0.7F, 1);
-  if (method.locked) {
-    glLockArraysEXT(0, static_cast<GLsizei>(positions.size()));
-  }
+  method.begin();
   glClearColor(1, 1, 1, 1);
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
   const double triangles = 2.0 * detail * detail;
@@ -255,12 +267,10 @@ double frame(const Method& method) {
   } while (getTime() - start < 100000);
   glFinish();
   const std::uint64_t elapsed = getTime() - start;
-  if (method.locked) {
-    glUnlockArraysEXT();
-  }
   glBindVertexArray(0);
   glDisableClientState(GL_VERTEX_ARRAY);
   glDisable(GL_BLEND);
+  method.end();
   glBindBuffer(GL_ARRAY_BUFFER, 0);
   glutSwapBuffers();
   return triangles * static_cast<double>(models) / static_cast<double>(elapsed);
