@@ -32,7 +32,7 @@ TEST_F(CommandLineTest, OptionsReachTheTestObjectAndTheReport) {
   const Calls frame = drawFrame();
   EXPECT_EQ(countOf(frame, "glCopyTexImage2D"), 0);
   EXPECT_EQ(countOf(frame, "glTexCoordPointer"), 1);
-  EXPECT_TRUE(contains(frame, {gl("Enable", GL_LIGHT7)}));
+  EXPECT_TRUE(contains(frame, gl("Enable", GL_LIGHT7)));
 }
 
 TEST_F(CommandLineTest, AnyArgumentListEndsInSoundSettings) {

@@ -1,23 +1,18 @@
-// The services on a desktop: a private X server, with and without a window manager.
+// The services on a desktop: pictures, text and prompts.
 #include <clocale>
 #include <csignal>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <span>
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include "platform/desktop/ObscuringWindow.h"
 #include "tests/support/GlWindow.h"
 #include "textures/Services.h"
 
 // Last: macros of Xlib's would spoil GoogleTest's headers.
-// clang-format off
-#include <X11/Xutil.h>
 #include <GL/glx.h>
-// clang-format on
 
 namespace {
 
@@ -95,16 +90,6 @@ TEST_F(Desktop, TextStartsAtTheTopLeftWrapsAndLeavesTheRestTransparent) {
   EXPECT_EQ(lastInkedRow("HHH HHH"), lastInkedRow("H\nH"));
 }
 
-TEST(NoDisplayDeathTest, PromptsCountAsCancelledAndNothingIsObscured) {
-  setenv("DISPLAY", ":nowhere", 1);
-  const auto prompts = [] {
-    services().runAlert("Alert", "text", "OK");
-    std::exit(services().runOpenPanel() ? 1 : 0);
-  };
-  EXPECT_EXIT(prompts(), testing::ExitedWithCode(0), "^Sorvanta: [^\n]*cancelled.\n$");
-  EXPECT_EXIT(ObscuringWindow(), testing::ExitedWithCode(1), "^Sorvanta: [^\n]*obscuring[^\n]*\n$");
-}
-
 /// Answers the next window of that title with xdotool commands after about two seconds; again and
 /// again until it is gone: a key may come before the window can take it.
 void answer(const std::string& title, const std::string& keys) {
@@ -156,35 +141,6 @@ TEST_F(Desktop, PromptsAreAnsweredAndLeaveTheProcessAlone) {
   XDestroyWindow(glXGetCurrentDisplay(), 1);
   XSync(glXGetCurrentDisplay(), False);
   EXPECT_EQ(errorsOfGlut, 1);  // errors of GLUT's display go where they went before
-}
-
-/// Whether nearly all of the screen has the colour of its corner, which is not the empty black.
-bool covered() {
-  ObscuringWindow::processEvents();
-  glutMainLoopEvent();
-  Display* const display = glXGetCurrentDisplay();
-  XImage* const image =
-      XGetImage(display, DefaultRootWindow(display), 0, 0, 1280, 1024, AllPlanes, ZPixmap);
-  const auto* const pixels = reinterpret_cast<const std::uint32_t*>(image->data);
-  const std::span<const std::uint32_t> screen(pixels, std::size_t{1280} * 1024);
-  const std::uint32_t corner = screen.back();
-  const auto same = std::count(screen.begin(), screen.end(), corner);
-  XDestroyImage(image);
-  return (corner & 0xFFFFFF) != 0 && same > 1280 * 1024 * 0.95;
-}
-
-class Obscured : public Desktop, public testing::WithParamInterface<const char*> {};
-INSTANTIATE_TEST_SUITE_P(Managers, Obscured, testing::Values("true", "openbox", "metacity"));
-
-TEST_P(Obscured, CoversTheScreenWithAndWithoutAWindowManager) {
-  needGlWindow();
-  EXPECT_EQ(std::system((GetParam() + std::string(" > /dev/null 2>&1 & sleep 2")).c_str()), 0);
-  ObscuringWindow window;
-  EXPECT_TRUE(poll(covered));
-  glutPopWindow();
-  EXPECT_TRUE(poll([] { return !covered(); }));
-  window.orderFront();
-  EXPECT_TRUE(poll(covered));
 }
 
 }  // namespace

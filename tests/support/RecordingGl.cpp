@@ -1,3 +1,5 @@
+#include <numeric>
+
 #include "platform/gl/ContextTable.h"
 #include "tests/support/EngineTest.h"
 
@@ -11,14 +13,7 @@ Calls takeCalls() {
 namespace {
 
 auto keep(const char* name) {
-  return [=](auto... arguments) { calls.push_back(call(name, arguments...)); };
-}
-
-/// Names count up from 1 across all kinds, so that no two are alike.
-void makeNames(const char* function, GLsizei n, GLuint* names) {
-  static GLuint last = 0;
-  std::generate_n(names, n, [] { return ++last; });
-  keep(function)(n, *names);
+  return [=](auto... arguments) { calls += call(name, arguments...); };
 }
 
 #define GL_DISPATCHED(name, parameters, arguments) \
@@ -47,30 +42,16 @@ CGLContextObj CGLGetCurrentContext() {
   void name parameters {                        \
     keep(#name) arguments;                      \
   }
+#define GL_NAMING(name)                                                          \
+  void name(GLsizei n, GLuint* names) {                                          \
+    std::iota(names, names + n, fakeDriver.nextName);                            \
+    keep(#name)(n, std::exchange(fakeDriver.nextName, fakeDriver.nextName + n)); \
+  }
 #include "platform/gl/EntryPoints.def"
 
-void glGenBuffersARB(GLsizei n, GLuint* names) {
-  makeNames("glGenBuffersARB", n, names);
-}
-void glGenTextures(GLsizei n, GLuint* names) {
-  makeNames("glGenTextures", n, names);
-}
-void glGenVertexArrays(GLsizei n, GLuint* names) {
-  makeNames("glGenVertexArrays", n, names);
-}
-void glGenVertexArraysAPPLE(GLsizei n, GLuint* names) {
-  makeNames("glGenVertexArraysAPPLE", n, names);
-}
 GLuint glGenLists(GLsizei range) {
-  GLuint name = 0;
-  makeNames("glGenLists", range, &name);
-  return name;
-}
-void glLightfv(GLenum light, GLenum name, const GLfloat* v) {
-  keep("glLightfv")(light, name, v[0], v[1], v[2], v[3]);
-}
-void glMaterialfv(GLenum face, GLenum name, const GLfloat* values) {
-  keep("glMaterialfv")(face, name, values[0]);
+  keep("glGenLists")(range, fakeDriver.nextName);
+  return fakeDriver.nextName++;
 }
 void* glMapBufferARB(GLenum target, GLenum access) {
   keep("glMapBufferARB")(target, access);
