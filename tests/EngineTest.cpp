@@ -25,7 +25,8 @@ const Calls kStart = gl("MatrixMode", GL_MODELVIEW) + gl("LoadIdentity");
 TEST_F(EngineTest, LitTexturedThrashedRotatingFrame) {
   apply("-d 32 -p quads -M compiledVertArray -n -c -s -t3 -l5 -T -A -u");
   int frames = 1;  // Two kinds of frame alternate in a process: this one is of the first kind.
-  for (; !contains(drawFrame(), gl("ClearColor", 1, 1, 1, 1)); ++frames) {
+  while (!contains(drawFrame(), gl("ClearColor", 1, 1, 1, 1))) {
+    ++frames;
   }
   const MeshArrays& a = test.getArrays();
   const Calls before =
