@@ -1,9 +1,8 @@
-// Runs two commands in turn and compares them: alternate figure|time RUNS "COMMAND A" "COMMAND B".
-// `figure` takes the first number in the last line that a command prints, `time` its wall time in
-// seconds. Prints the medians, the median of the pairs' ratios A/B, the ratio of each side's best
-// run, and each side's spread, the interquartile range over the median. The two runs of a pair
-// share whatever the machine was doing just then, and every other pair runs B first; the best runs
-// are those that others on the machine disturbed least.
+// Compares two commands run by run: alternate figure|time RUNS "COMMAND A" "COMMAND B".
+// `time` runs them one after the other, every other time B first, and takes their wall time in
+// seconds. `figure` runs both at once and takes the first number in the last line that each prints;
+// with take_turns.so preloaded they draw frames in turn. Prints the medians, the median of the
+// runs' ratios A/B, and the interquartile ranges of A, of B and of the ratios, over their medians.
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -13,27 +12,83 @@
 #include <string>
 #include <vector>
 
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 namespace {
 
-struct Outcome {
-  double seconds = 0;
-  double figure = 0;
+struct Process {
+  pid_t id;
+  FILE* output;
 };
 
-Outcome run(const char* command) {
-  const auto start = std::chrono::steady_clock::now();
-  FILE* const pipe = popen(command, "r");
+/// Starts a shell command with that end of the socket that carries the turns.
+Process start(const char* command, int socket, bool second) {
+  int ends[2];
+  if (pipe(ends) != 0) {
+    std::exit(EXIT_FAILURE);
+  }
+  const pid_t id = fork();
+  if (id == 0) {
+    dup2(ends[1], STDOUT_FILENO);
+    close(ends[0]);
+    close(ends[1]);
+    setenv("TURNS_SOCKET", std::to_string(dup(socket)).c_str(), 1);
+    if (second) {
+      setenv("TURNS_SECOND", "", 1);
+    }
+    execl("/bin/sh", "sh", "-c", command, nullptr);
+    _exit(127);
+  }
+  close(ends[1]);
+  return {id, fdopen(ends[0], "r")};
+}
+
+/// Waits for its end; the first number in the last line.
+double figureOf(const Process& process, const char* command) {
   char line[512];
   double figure = 0;
-  while (pipe != nullptr && std::fgets(line, sizeof line, pipe) != nullptr) {
+  while (std::fgets(line, sizeof line, process.output) != nullptr) {
     figure = std::strtod(line, nullptr);
   }
-  if (pipe == nullptr || pclose(pipe) != 0) {
+  std::fclose(process.output);
+  int status = 0;
+  waitpid(process.id, &status, 0);
+  if (status != 0) {
     std::fprintf(stderr, "alternate: failed: %s\n", command);
     std::exit(EXIT_FAILURE);
   }
-  const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-  return {seconds.count(), figure};
+  return figure;
+}
+
+double secondsOf(const char* command) {
+  const auto begin = std::chrono::steady_clock::now();
+  figureOf(start(command, STDIN_FILENO, false), command);
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+struct Pair {
+  double a, b;
+};
+
+Pair figures(const char* a, const char* b) {
+  int turns[2];
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, turns) != 0) {
+    std::exit(EXIT_FAILURE);
+  }
+  const Process first = start(a, turns[0], false);
+  const Process second = start(b, turns[1], true);
+  close(turns[0]);
+  close(turns[1]);
+  const double figure = figureOf(first, a);
+  return {figure, figureOf(second, b)};
+}
+
+Pair times(const char* a, const char* b, bool swapped) {
+  const double earlier = secondsOf(swapped ? b : a);
+  const double later = secondsOf(swapped ? a : b);
+  return swapped ? Pair{later, earlier} : Pair{earlier, later};
 }
 
 double quantile(std::vector<double> values, double part) {
@@ -44,6 +99,14 @@ double quantile(std::vector<double> values, double part) {
   return std::lerp(values[below], values[above], place - static_cast<double>(below));
 }
 
+double median(const std::vector<double>& values) {
+  return quantile(values, 0.5);
+}
+
+double spread(const std::vector<double>& values) {
+  return 100 * (quantile(values, 0.75) - quantile(values, 0.25)) / median(values);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -52,24 +115,15 @@ int main(int argc, char** argv) {
     std::fputs("usage: alternate figure|time RUNS \"COMMAND A\" \"COMMAND B\"\n", stderr);
     return EXIT_FAILURE;
   }
-  const bool times = std::strcmp(argv[1], "time") == 0;
-  std::vector<double> values[2];
-  std::vector<double> ratios;
+  std::vector<double> a, b, ratios;
   for (int i = 0; i < runs; ++i) {
-    for (const int turn : {0, 1}) {
-      const int side = (i + turn) % 2;
-      const Outcome outcome = run(argv[3 + side]);
-      values[side].push_back(times ? outcome.seconds : outcome.figure);
-    }
-    ratios.push_back(values[0].back() / values[1].back());
+    const Pair pair = std::strcmp(argv[1], "time") == 0 ? times(argv[3], argv[4], i % 2 != 0)
+                                                        : figures(argv[3], argv[4]);
+    a.push_back(pair.a);
+    b.push_back(pair.b);
+    ratios.push_back(pair.a / pair.b);
   }
-  const auto median = [](const auto& of) { return quantile(of, 0.5); };
-  const auto best = [times](const auto& of) { return quantile(of, times ? 0 : 1); };
-  const auto spread = [median](const auto& of) {
-    return 100 * (quantile(of, 0.75) - quantile(of, 0.25)) / median(of);
-  };
-  std::printf("%10.4g %10.4g  ratio %.3f  of the best %.3f  spread %.1f%% %.1f%%\n",
-              median(values[0]), median(values[1]), median(ratios),
-              best(values[0]) / best(values[1]), spread(values[0]), spread(values[1]));
+  std::printf("%10.4g %10.4g  ratio %.3f  spread %.1f%% %.1f%%, of the ratio %.1f%%\n", median(a),
+              median(b), median(ratios), spread(a), spread(b), spread(ratios));
   return EXIT_SUCCESS;
 }

@@ -1,0 +1,42 @@
+// Preloaded into two programs that `alternate` runs at once: after every frame a program hands the
+// turn to the other and waits for its own, so that frames of both meet the same machine, which may
+// change its speed many times a second. Their clock runs ten times as fast, which makes frames of
+// 100 ms last 10. Frames are measured before their swap; the waiting is not.
+#include <cstdlib>
+
+#include <dlfcn.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <time.h>
+
+namespace {
+
+/// What there is to wait for when the other program has ended comes at once.
+void waitForOther(int socket) {
+  char byte = 0;
+  recv(socket, &byte, 1, 0);
+}
+
+}  // namespace
+
+extern "C" int gettimeofday(timeval* __restrict now, void* __restrict /*zone*/) noexcept {
+  timespec time = {};
+  clock_gettime(CLOCK_MONOTONIC, &time);
+  const long microseconds = 10 * (1000000 * time.tv_sec + time.tv_nsec / 1000);
+  *now = {microseconds / 1000000, microseconds % 1000000};
+  return 0;
+}
+
+extern "C" void glutSwapBuffers() {
+  static const auto swap = reinterpret_cast<void (*)()>(dlsym(RTLD_NEXT, "glutSwapBuffers"));
+  static const int socket = std::atoi(std::getenv("TURNS_SOCKET"));
+  static bool waitsForFirst = std::getenv("TURNS_SECOND") != nullptr;
+  swap();
+  const char byte = 0;
+  send(socket, &byte, 1, MSG_NOSIGNAL);
+  waitForOther(socket);
+  if (waitsForFirst) {  // both are up now, and the first has the turn
+    waitsForFirst = false;
+    waitForOther(socket);
+  }
+}
