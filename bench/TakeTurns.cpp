@@ -3,11 +3,11 @@
 // change its speed many times a second. Their clock runs ten times as fast, which makes frames of
 // 100 ms last 10. Frames are measured before their swap; the waiting is not.
 #include <cstdlib>
+#include <ctime>
 
 #include <dlfcn.h>
 #include <sys/socket.h>
 #include <sys/time.h>
-#include <time.h>
 
 namespace {
 
@@ -19,17 +19,18 @@ void waitForOther(int socket) {
 
 }  // namespace
 
-extern "C" int gettimeofday(timeval* __restrict now, void* __restrict /*zone*/) noexcept {
+extern "C" int gettimeofday(timeval* __restrict tv, void* __restrict /*tz*/) noexcept {
   timespec time = {};
   clock_gettime(CLOCK_MONOTONIC, &time);
   const long microseconds = 10 * (1000000 * time.tv_sec + time.tv_nsec / 1000);
-  *now = {microseconds / 1000000, microseconds % 1000000};
+  *tv = {microseconds / 1000000, microseconds % 1000000};
   return 0;
 }
 
 extern "C" void glutSwapBuffers() {
   static const auto swap = reinterpret_cast<void (*)()>(dlsym(RTLD_NEXT, "glutSwapBuffers"));
-  static const int socket = std::atoi(std::getenv("TURNS_SOCKET"));
+  static const char* const number = std::getenv("TURNS_SOCKET");
+  static const int socket = number != nullptr ? std::atoi(number) : -1;
   static bool waitsForFirst = std::getenv("TURNS_SECOND") != nullptr;
   swap();
   const char byte = 0;
