@@ -108,12 +108,12 @@ TEST(Process, LongRunsKeepTheirMemory) {
   // queues what is on it, the longer the busier the machine is.
   expectOutput(
       "for method in immediateMode displayLists drawArraysWithVertArrayRng "
-      "drawArraysWithVertArrayObjects drawArraysWithStaticVBO; do $S -r 600 -o -A -u -T -t0 -l0 -n "
-      "-d 128 -M $method > $method & pids+=\" $!\"; done; until [ $(grep -ls /sec * | wc -l) = 5 "
-      "]; "
-      "do sleep 0.1; done; size() { for p in $pids; do grep VmRSS /proc/$p/status; done | awk '{ "
-      "kilobytes += $2 } END { print kilobytes }'; }; before=$(size); sleep 5; echo $((before > "
-      "100000)) $(($(size) - before))",
+      "drawArraysWithVertArrayObjects drawArraysWithStaticVBO; do "
+      "$S -r 600 -o -A -u -T -t0 -l0 -n -d 128 -M $method > $method & pids+=\" $!\"; done\n"
+      "until [ $(grep -ls /sec * | wc -l) = 5 ]; do sleep 0.1; done\n"
+      "size() { for p in $pids; do grep VmRSS /proc/$p/status; done |"
+      " awk '{ kilobytes += $2 } END { print kilobytes }'; }\n"
+      "before=$(size); sleep 5; echo $((before > 100000)) $(($(size) - before))",
       "1 (-?[0-9]{1,3}|1[0-9]{3})\n");
 }
 
