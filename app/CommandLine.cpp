@@ -19,7 +19,7 @@ namespace {
 constexpr std::uint64_t kStartDelay = 100000;  // microseconds
 constexpr std::int64_t kMicrosecondsPerSecond = 1000000;
 
-// Fixed: scripts compare it. What it tells wrongly, the README and the manual page tell rightly.
+// Frozen, as scripts compare it: the README and the manual page correct its errors.
 constexpr std::string_view kUsage =
     R"(Error in command line arguments.  Usage:
   Sorvanta [-help] [-r <runTimeLength>] [-regress <reference value> <tolerance>] [-terse] [-avg] [-a] [-t0 .. -t7] [-l0 .. -l7] [-n] [-c] [-s] [-m] [-T]
@@ -78,13 +78,19 @@ struct Option {
   void (*apply)(Scan&, const Given&);
 };
 
+/// As atol reads it, but defined for numbers of any length: those become the nearest that fits.
+long number(const char* text) {
+  return std::strtol(text, nullptr, 10);
+}
+
 int pixels(const char* text) {
-  return static_cast<int>(std::clamp<long>(std::atol(text), INT_MIN, INT_MAX));
+  return static_cast<int>(std::clamp<long>(number(text), INT_MIN, INT_MAX));
 }
 
 void setRunLength(Scan& scan, const Given& given) {
   scan.runLengthGiven = true;
-  scan.runLength = std::int64_t{std::atoi(given.values[0])} * kMicrosecondsPerSecond;
+  // A negative length ends the run after its first frame.
+  scan.runLength = std::int64_t{static_cast<int>(number(given.values[0]))} * kMicrosecondsPerSecond;
   if (scan.runLength != 0) {
     report.timedBenchmark = true;
   } else {
@@ -161,12 +167,10 @@ constexpr std::array<Option, 22> kOptions = {{
     {"-M", false, 1, setMethod},
     {"-d", false, 1,
      [](Scan&, const Given& given) {
-       vpt->setDetail(static_cast<unsigned int>(std::atol(given.values[0])));
+       vpt->setDetail(static_cast<unsigned int>(number(given.values[0])));
      }},
     {"-z", false, 1,
-     [](Scan&, const Given& given) {
-       vpt->setZoom(static_cast<float>(std::atol(given.values[0])));
-     }},
+     [](Scan&, const Given& given) { vpt->setZoom(static_cast<float>(number(given.values[0]))); }},
     {"-A", false, 0, [](Scan&, const Given&) { vpt->setRotate(true); }},
     {"-o", false, 0, [](Scan&, const Given&) { vpt->setDrawsOffscreen(true); }},
     {"-u", false, 0, [](Scan&, const Given&) { vpt->setTextureCopies(); }},

@@ -29,26 +29,23 @@ bool isRegression(float average) {
 }  // namespace
 
 void recordPerf() {
-  static std::uint64_t lastPrintTime = 0;
-  static bool benchmarkStarted = false;
-
   if (getTime() <= report.benchmarkStartTime) {
     return;
   }
-  if (!benchmarkStarted) {
-    lastPrintTime = getTime();
-    benchmarkStarted = true;
+  if (!report.benchmarkStarted) {
+    report.lastPrintTime = getTime();
+    report.benchmarkStarted = true;
     perfHistory->clearSamples();
     report.clearFigures();
     return;
   }
-  if (static_cast<double>(getTime() - lastPrintTime) > 1.0) {
+  if (static_cast<double>(getTime() - report.lastPrintTime) > 1.0) {
     report.sum += vpt->performance();
     ++report.samples;
     if (!report.averageResults) {
       printFigure(vpt->performance());
     }
-    lastPrintTime = getTime();
+    report.lastPrintTime = getTime();
   }
 }
 

@@ -15,6 +15,8 @@ struct Report {
   bool timedBenchmark = false;
   std::uint64_t benchmarkStartTime = 0;
   std::uint64_t benchmarkEndTime = 0;
+  bool benchmarkStarted = false;    ///< the history has been cleared at the start time
+  std::uint64_t lastPrintTime = 0;  ///< of the figure recorded last, or of the start
 
   float sum = 0;  ///< of the figures recorded since the start
   int samples = 0;

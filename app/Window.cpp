@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 
 #include <GL/freeglut.h>
 #include <X11/Xlib.h>
@@ -22,8 +23,8 @@ bool hidden = false;
 /// The process is ending, which closes the window.
 bool exiting = false;
 
-ObscuringWindow* obscuringWindow = nullptr;
-int firstPass = 0;
+std::optional<ObscuringWindow> obscuringWindow;
+bool firstPass = false;  ///< the next idle call raises the obscuring window once more
 
 struct Size {
   int width, height;
@@ -66,7 +67,8 @@ void keyboard(unsigned char key, int /*x*/, int /*y*/) {
   }
 }
 
-/// The user's closing the window ends the run as Escape does; its closing at exit must not.
+/// Closing the window ends the run, as Escape does. GLUT also reports the close at exit, when the
+/// run has ended already.
 void windowClosed() {
   if (!exiting) {
     quit();
@@ -83,16 +85,16 @@ void idle() {
   } else {
     glutPostRedisplay();
   }
-  if (firstPass != 0) {
-    firstPass = 0;
+  if (firstPass) {
+    firstPass = false;
     obscuringWindow->orderFront();
-  } else if (obscuringWindow != nullptr) {
+  } else if (obscuringWindow) {
     obscuringWindow->processEvents();
   }
 }
 
-/// The library's own message ends nowhere when standard error has been taken over, and its exit
-/// would go through GL and GLUT, which wait for the server that is gone.
+/// In place of Xlib's handler, whose exit runs GL's and GLUT's clean-up, which waits for the server
+/// that is gone.
 int connectionLost(Display* /*display*/) {
   std::cout.flush();
   std::cerr << "Sorvanta: the connection to the X server is lost.\n";
@@ -133,6 +135,6 @@ void requestWindowSize(int width, int height) {
 }
 
 void createObscuringWindow() {
-  firstPass = 1;
-  obscuringWindow = new ObscuringWindow;
+  obscuringWindow.emplace();
+  firstPass = true;
 }

@@ -23,6 +23,9 @@ GLuint glGenLists(GLsizei /*range*/) {
 GLenum glGetError() {
   return GL_NO_ERROR;
 }
+void glGetBufferParameterivARB(GLenum /*target*/, GLenum /*name*/, GLint* value) {
+  *value = 1;
+}
 void glGetIntegerv(GLenum /*name*/, GLint* values) {
   *values = 0;
 }

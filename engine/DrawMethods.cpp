@@ -10,30 +10,30 @@ namespace {
 
 constexpr DrawMethodTraits::Step kNoStep = nullptr;
 
-const char* nothing(const Driver& /*driver*/) {
+const char* missingNothing(const Driver& /*driver*/) {
   return nullptr;
 }
 
-const char* compiledVertexArrays(const Driver& driver) {
+const char* missingCompiledVertexArrays(const Driver& driver) {
   return driver.compiledVertexArrays ? nullptr : "compiled vertex arrays";
 }
 
-const char* vertexArrayObjects(const Driver& driver) {
+const char* missingVertexArrayObjects(const Driver& driver) {
   return driver.vertexArrayObjects.available ? nullptr : "vertex array objects";
 }
 
-const char* vertexBufferObjects(const Driver& driver) {
-  return driver.bufferObjects ? vertexArrayObjects(driver) : "vertex buffer objects";
+const char* missingVertexBufferObjects(const Driver& driver) {
+  return driver.bufferObjects ? missingVertexArrayObjects(driver) : "vertex buffer objects";
 }
 
-const char* rowRanges(const Driver& driver) {
+const char* missingRowRanges(const Driver& driver) {
   const bool rowsNeedBuffers = !driver.vertexArrayObjects.acceptsClientMemory;
   return rowsNeedBuffers && driver.rangeProvider == RangeProvider::kNone
              ? "vertex array ranges"
-             : vertexArrayObjects(driver);
+             : missingVertexArrayObjects(driver);
 }
 
-void drawRowBuffers(SorvantaTest& test, int reps) {
+void submitRowBuffers(SorvantaTest& test, int reps) {
   test.drawUsingVertexBufferObjects(reps);
 }
 void rebuildStaticRows(SorvantaTest& test) {
@@ -51,34 +51,34 @@ void unbindRowBuffers(SorvantaTest& test) {
 const std::array<DrawMethodTraits, 10> kDrawMethods = {{
     {kDrawImmediateMode, "immediateMode",
      [](SorvantaTest& test, int reps) { test.drawImmediateMode(static_cast<unsigned int>(reps)); },
-     kNoStep, kNoStep, kNoStep, nothing},
+     kNoStep, kNoStep, kNoStep, missingNothing},
     {kDrawDisplayLists, "displayLists",
      [](SorvantaTest& test, int reps) { test.drawDisplayList(reps); },
-     [](SorvantaTest& test) { test.rebuildDisplayList(); }, kNoStep, kNoStep, nothing},
+     [](SorvantaTest& test) { test.rebuildDisplayList(); }, kNoStep, kNoStep, missingNothing},
     {kDrawArrays, "drawArrays", [](SorvantaTest& test, int reps) { test.drawUsingArrays(reps); },
-     kNoStep, kNoStep, kNoStep, nothing},
+     kNoStep, kNoStep, kNoStep, missingNothing},
     {kDrawCompiledVertArray, "compiledVertArray",
      [](SorvantaTest& test, int reps) { test.drawUsingElements(reps); }, kNoStep,
      [](SorvantaTest& test) { glLockArraysEXT(0, static_cast<GLsizei>(test.modelVertexCount())); },
-     [](SorvantaTest& /*test*/) { glUnlockArraysEXT(); }, compiledVertexArrays},
+     [](SorvantaTest& /*test*/) { glUnlockArraysEXT(); }, missingCompiledVertexArrays},
     {kDrawArraysWithVertArrayRng, "drawArraysWithVertArrayRng",
      [](SorvantaTest& test, int reps) { test.drawUsingArrays(reps); }, kNoStep,
      [](SorvantaTest& test) { test.declareVertexArrayRange(); },
-     [](SorvantaTest& test) { test.withdrawVertexArrayRange(); }, nothing},
+     [](SorvantaTest& test) { test.withdrawVertexArrayRange(); }, missingNothing},
     {kDrawArraysWithVertArrayObjects, "drawArraysWithVertArrayObjects",
      [](SorvantaTest& test, int reps) { test.drawUsingVertexArrayObjects(reps); },
      [](SorvantaTest& test) { test.rebuildVertexArrayObjects(); },
      [](SorvantaTest& test) { test.enableRowRanges(); },
-     [](SorvantaTest& test) { test.disableRowRanges(); }, rowRanges},
+     [](SorvantaTest& test) { test.disableRowRanges(); }, missingRowRanges},
     {kDrawArraysWithDynVertBufferObjectsVAO, "drawArraysWithDynVertBufferObjectsVAO",
-     drawRowBuffers, rebuildStreamRows, kNoStep, unbindRowBuffers, vertexBufferObjects},
+     submitRowBuffers, rebuildStreamRows, kNoStep, unbindRowBuffers, missingVertexBufferObjects},
     {kDrawArraysWithStatVertBufferObjectsVAO, "drawArraysWithStatVertBufferObjectsVAO",
-     drawRowBuffers, rebuildStaticRows, kNoStep, unbindRowBuffers, vertexBufferObjects},
+     submitRowBuffers, rebuildStaticRows, kNoStep, unbindRowBuffers, missingVertexBufferObjects},
     {kDrawArrayElement, "arrayElement",
      [](SorvantaTest& test, int reps) { test.drawUsingArrayElements(reps); }, kNoStep, kNoStep,
-     kNoStep, nothing},
-    {kDrawArraysWithStaticVBO, "drawArraysWithStaticVBO", drawRowBuffers, rebuildStaticRows,
-     kNoStep, unbindRowBuffers, vertexBufferObjects},
+     kNoStep, missingNothing},
+    {kDrawArraysWithStaticVBO, "drawArraysWithStaticVBO", submitRowBuffers, rebuildStaticRows,
+     kNoStep, unbindRowBuffers, missingVertexBufferObjects},
 }};
 
 const DrawMethodTraits& traitsOf(DrawMethod method) {

@@ -1,4 +1,4 @@
-/// The ten ways of submitting the mesh.
+/// The ten ways of submitting the mesh. Their values are fixed; none has the value 8.
 #pragma once
 
 #include <array>

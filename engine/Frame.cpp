@@ -45,7 +45,7 @@ void SorvantaTest::draw() {
   const GLclampf background = frameNum != 0 ? 0 : 1;
   glClearColor(background, background, background, 1);
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-  measure(repsPerPass());
+  measure(method, repsPerPass());
   copyFrameToTextures();
 
   driver().vertexArrayObjects.bind(0);
@@ -133,7 +133,8 @@ void SorvantaTest::setCurrentColor() {
   }
 }
 
-/// One pass of the timing loop submits about 20,000 triangles.
+/// So many that one pass of the timing loop submits about 20,000 triangles, but at least ten, which
+/// is more from detail 32 on.
 int SorvantaTest::repsPerPass() const {
   constexpr float kTriangleBudget = 20000;
   constexpr int kFewest = 10;
@@ -142,8 +143,8 @@ int SorvantaTest::repsPerPass() const {
   return reps < kFewest ? kFewest : reps > kMost ? kMost : reps;
 }
 
-void SorvantaTest::measure(int reps) {
-  const auto submit = traitsOf(drawMethod).submit;
+void SorvantaTest::measure(const DrawMethodTraits& method, int reps) {
+  const auto submit = method.submit;
   std::uint64_t repetitions = 0;
 
   const std::uint64_t start = getTime();

@@ -4,17 +4,10 @@
 #include "engine/ElementAt.h"
 #include "engine/Repetition.h"
 #include "engine/SorvantaTest.h"
+#include "engine/VertexAttributes.h"
 #include "platform/gl/ContextTable.h"
 
 namespace {
-
-/// Bits of the attribute word.
-constexpr unsigned int kNormalBit = 1;
-constexpr unsigned int kColorBit = 2;
-constexpr unsigned int kSecondaryColorBit = 4;
-constexpr unsigned int texCoordBit(std::size_t unit) {
-  return 8U << unit;
-}
 
 /// Per-vertex calls through the exported functions.
 struct DirectCalls {
@@ -74,7 +67,7 @@ void SorvantaTest::emitModel(Calls calls) const {
   std::size_t offset3 = 0;
   std::size_t offset2 = 0;
   for (std::uint32_t strip = 0; strip < layout.stripCount; ++strip) {
-    glBegin(mode);
+    glBegin(mode);  // the exported one on both paths, as glEnd
     for (const std::size_t end = offset3 + stripBytes; offset3 != end;
          offset3 += sizeof(GLCoord3), offset2 += sizeof(GLCoord2)) {
       forgetValue(attributes);

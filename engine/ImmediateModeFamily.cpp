@@ -4,16 +4,14 @@
 #include <cstddef>
 
 #include "engine/ElementAt.h"
+#include "engine/VertexAttributes.h"
 #include "platform/gl/ContextTable.h"
 
 namespace {
 
-constexpr unsigned int kNor = 1;
-constexpr unsigned int kCol = 2;
-constexpr unsigned int kSec = 4;
-constexpr unsigned int kT0 = 8;
-constexpr unsigned int kT1 = 16;
-constexpr unsigned int kT2 = 32;
+constexpr unsigned int kT0 = texCoordBit(0);
+constexpr unsigned int kT1 = texCoordBit(1);
+constexpr unsigned int kT2 = texCoordBit(2);
 
 /// Calls the exported functions.
 struct DirectCalls {
@@ -82,13 +80,13 @@ void emitStrips(SORVANTA_EMITTER_PARAMETERS) {
     calls.begin(static_cast<GLenum>(mode));
     for (const std::size_t end = offset3 + stripBytes; offset3 != end;
          offset3 += sizeof(GLCoord3), offset2 += sizeof(GLCoord2)) {
-      if constexpr ((attributes & kNor) != 0) {
+      if constexpr ((attributes & kNormalBit) != 0) {
         calls.normal(elementAt(normals, offset3));
       }
-      if constexpr ((attributes & kCol) != 0) {
+      if constexpr ((attributes & kColorBit) != 0) {
         calls.color(elementAt(colors, offset3));
       }
-      if constexpr ((attributes & kSec) != 0) {
+      if constexpr ((attributes & kSecondaryColorBit) != 0) {
         calls.secondaryColor(elementAt(secondaryColors, offset3));
       }
       if constexpr ((attributes & kT0) != 0) {

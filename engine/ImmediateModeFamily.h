@@ -1,7 +1,8 @@
 /// The specialised immediate-mode emitters: one straight-line vertex loop per combination of
 /// attributes, called directly (DrawImmediateMode, DrawImmediateModeNor, ...,
 /// DrawImmediateModeNorColSecT0T1T2) or through the current context's table (the same names with
-/// "Macro" appended).
+/// "Macro" appended). The method immediateMode does not use them: it has the generic emitter, which
+/// draws every layout and sends all eight texture units; bench/ compares the two.
 ///
 /// Every emitter draws the strip layout: `detail` strips of 2 * detail + 2 vertices with the
 /// OpenGL mode `mode`. Per vertex it sends, in this order, the attributes of its name: normal,

@@ -1,21 +1,11 @@
 /// Construction, settings and the rebuilds that they trigger.
 #include <algorithm>
-#include <cstdlib>
 
 #include "engine/Assertion.h"
 #include "engine/SorvantaTest.h"
 #include "platform/gl/Driver.h"
 
 namespace {
-
-GLenum modeOf(Primitive primitive) {
-  const auto row = std::find_if(kPrimitives.begin(), kPrimitives.end(),
-                                [=](const auto& p) { return p.primitive == primitive; });
-  if (row == kPrimitives.end()) {
-    std::abort();
-  }
-  return row->mode;
-}
 
 unsigned int limit(GLenum name) {
   GLint value = 0;
@@ -49,7 +39,7 @@ void SorvantaTest::setZoom(float z) {
 }
 
 void SorvantaTest::setPrimitive(Primitive p) {
-  primitiveMode = modeOf(p);
+  primitiveMode = kPrimitives.at(p).mode;
   updateVertices();
   updateDataStructures();
 }

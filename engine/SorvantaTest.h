@@ -53,14 +53,14 @@ class SorvantaTest {
   void initGL();
   /// Sets viewport and projection; runs initGL first if it has not run.
   void reshape();
-  /// The view's size in pixels.
+  /// Sets the view's size in pixels, and reshapes.
   void setBounds(unsigned int width, unsigned int height);
   /// Places the mesh behind the viewer: everything is submitted and transformed, nothing drawn.
   void setDrawsOffscreen(bool on);
 
-  // Settings. All but setTextureCopies clear the history.
+  // Settings. A change clears the history, but for setTextureCopies, whose work is not measured.
 
-  void setDetail(unsigned int d);  ///< clamped to minDetail() .. maxDetail()
+  void setDetail(unsigned int d);  ///< clamped to minDetail() .. maxDetail(); does nothing if equal
   void setZoom(float z);           ///< recorded unless 0; the projection does not use it
   void setPrimitive(Primitive p);
   void setDrawMethod(DrawMethod m);
@@ -80,7 +80,7 @@ class SorvantaTest {
   unsigned int getDetail() const { return detail; }
   static constexpr unsigned int minDetail() { return 1; }
   static constexpr unsigned int maxDetail() { return 2048; }
-  int getZoom() const { return zoom; }
+  int getZoom() const { return zoom; }  ///< what the projection uses: 0, whatever was recorded
   static constexpr int minZoom() { return -110; }
   static constexpr int maxZoom() { return 50; }
   GLenum getPrimitive() const { return primitiveMode; }  ///< the GL mode
@@ -172,7 +172,7 @@ class SorvantaTest {
   void releaseAttributeArrays();
   void setCurrentColor();
   int repsPerPass() const;
-  void measure(int reps);
+  void measure(const DrawMethodTraits& method, int reps);
   void copyFrameToTextures();
   template <typename Calls>
   void emitModel(Calls calls) const;

@@ -6,6 +6,7 @@
 
 #include "engine/RowObjects.h"
 #include "engine/SorvantaTest.h"
+#include "platform/gl/BufferMemory.h"
 #include "platform/gl/Driver.h"
 
 namespace {
@@ -15,9 +16,7 @@ void fillBuffer(const RowLayout& row, const MeshArrays& arrays, std::size_t firs
                 std::size_t count) {
   void* const memory = glMapBufferARB(GL_ARRAY_BUFFER_ARB, GL_WRITE_ONLY_ARB);
   if (memory == nullptr) {
-    std::fprintf(stderr, "Sorvanta: the driver has no memory for a buffer of %zu bytes.\n",
-                 count * row.stride);
-    std::exit(EXIT_FAILURE);
+    endWithoutBuffer(count * row.stride);
   }
   interleaveRow(row, arrays, first, count, memory);
   if (glUnmapBufferARB(GL_ARRAY_BUFFER_ARB) == GL_FALSE) {

@@ -1,5 +1,5 @@
 /// The benchmark's mesh: a flat square grid of `detail` x `detail` cells in the plane z = 0, from
-/// 60 to 340 in x and y. All arithmetic is single precision.
+/// 60 to 340 in x and y, computed in single precision.
 #pragma once
 
 #include <array>

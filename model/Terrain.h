@@ -9,9 +9,9 @@
 #pragma once
 
 /// Fills `heights` anew. Iteration i of `iterations` raises one side of a fault by
-/// maxDelta - (maxDelta - minDelta) * i / iterations; after every `iterationsPerFilter`-th
-/// iteration, counted from the first, the field is filtered (0: never). Draws four numbers from
-/// rand() per iteration, and two more whenever the fault's second point meets the first.
+/// maxDelta - (maxDelta - minDelta) * i / iterations, and filters the field after it where i is a
+/// multiple of `iterationsPerFilter` (0: never). Draws four numbers from rand() per iteration, and
+/// two more whenever the fault's second point meets the first.
 /// `size` is at least 2: with a smaller field the two points could never differ.
 void MakeTerrainFault(float* heights, int size, int iterations, int maxDelta, int minDelta,
                       int iterationsPerFilter, float filter);
@@ -27,5 +27,5 @@ void FilterHeightBand(float* band, int stride, int count, float filter);
 /// Scales the heights so that the lowest becomes 0 and the highest 1. A flat field stays as it is.
 void NormalizeTerrain(float* heights, int size);
 
-/// A random number from `low` to below `high`.
+/// A random number from `low` to `high`, both included.
 float RangedRandom(float low, float high);

@@ -57,8 +57,12 @@ TEST_F(EngineTest, LitTexturedThrashedRotatingFrame) {
       gl("Disable", GL_COLOR_SUM) + gl("DisableClientState", GL_SECONDARY_COLOR_ARRAY) +
       gl("UnlockArraysEXT");
   const Calls frame = drawFrame();
-  EXPECT_TRUE(contains(frame, gl("Lightfv", GL_LIGHT7, GL_POSITION, 10.6066, -10.6066, 800, 0)));
-  EXPECT_EQ(countOf(frame, "glLightfv"), 8);
+  Calls positions;
+  for (const char* place : {"15 0", "10.6066 10.6066", "0 15", "-10.6066 10.6066", "-15 0",
+                            "-10.6066 -10.6066", "0 -15", "10.6066 -10.6066"}) {
+    positions += gl("Lightfv", GL_LIGHT0 + countOf(positions, "gl"), GL_POSITION, place, 800, 0);
+  }
+  EXPECT_TRUE(contains(frame, positions));
   EXPECT_EQ(countOf(frame, "glBindTexture"), 4);
   EXPECT_EQ(std::regex_replace(frame, std::regex("gl(Lightfv|BindTexture).*\n"), ""),
             before + gl("ClearColor", 0, 0, 0, 1) + gl("Clear", 0x4100) +
@@ -101,7 +105,12 @@ TEST_F(EngineTest, SetUpComesBeforeDrawingAndTheProjectionLooksStraightDown) {
   unready.reshape();
   const Calls setUp = takeCalls();
   EXPECT_EQ(countOf(setUp, "glTexImage2D"), 16);
-  EXPECT_TRUE(contains(setUp, gl("Lightfv", GL_LIGHT7, GL_DIFFUSE, 0.8F, 0, 0, 1)));
+  Calls diffuse;
+  for (const char* color : {"0.8 0.8 0.8", "0.8 0 0", "0 0 0.8", "0 0.8 0", "0.8 0 0", "0 0 0.8",
+                            "0 0.8 0", "0.8 0 0"}) {
+    diffuse += gl("Lightfv", GL_LIGHT0 + countOf(diffuse, "gl"), GL_DIFFUSE, color, 1);
+  }
+  EXPECT_TRUE(contains(setUp, diffuse));
   const Calls projection = gl("Viewport", 0, 0, 640, 480) + gl("MatrixMode", GL_PROJECTION) +
                            gl("LoadIdentity") + gl("uPerspective", 53.2F, 1, 0.1F, 1000) +
                            gl("uLookAt", 200, 200, 400, 200, 200, 0, 0, 1, 0);
@@ -308,6 +317,10 @@ TEST_F(EngineTest, ProvidersFollowTheDriver) {
       {kNative, RangeProvider::kNative, 1 << 20},
       {"GL_AMD_pinned_memory GL_ARB_vertex_buffer_object", RangeProvider::kPinned, 18512790},
       {"GL_AMD_pinned_memory_ GL_ARB_vertex_buffer_object", RangeProvider::kFilled, 18512790},
+      {"GL_APPLE_vertex_array_range", RangeProvider::kNative, 1 << 20},
+      // Rows in native ranges would be client memory, which these objects do not take.
+      {"GL_APPLE_vertex_array_range GL_ARB_vertex_array_object GL_ARB_vertex_buffer_object",
+       RangeProvider::kFilled, 18512790},
       {"", RangeProvider::kNone, 0}};
   for (const auto& [extensions, provider, most] : drivers) {
     setUpOn(extensions);
@@ -316,6 +329,9 @@ TEST_F(EngineTest, ProvidersFollowTheDriver) {
   }
   apply("-M drawArraysWithVertArrayRng");
   EXPECT_EQ(countOf(drawFrame(), "glGenBuffersARB"), 0);
+  forceRangeProvider(RangeProvider::kFilled);
+  fakeDriver.integers[GL_BUFFER_SIZE] = 0;
+  EXPECT_EXIT(drawFrame(), testing::ExitedWithCode(1), "no memory for a buffer of 965120 bytes");
   EXPECT_STREQ(traitsOf(kDrawArraysWithStaticVBO).missing(driver()), "vertex buffer objects");
   EXPECT_STREQ(traitsOf(kDrawArraysWithVertArrayObjects).missing(driver()), "vertex array objects");
   EXPECT_EXIT(apply("-M compiledVertArray"), testing::ExitedWithCode(1),

@@ -136,8 +136,8 @@ TEST(PerformanceHistory, TrimsTheExtremesAndKeepsTheLatestSamples) {
     EXPECT_EQ(history.meanDiscardingHighLow(2), trimmedMean);
   }
   EXPECT_EQ(history.meanDiscardingHighLow(-1), 22);
-  for (fakeClock.now = 6; fakeClock.now <= 31; ++fakeClock.now) {
-    history.addSample(static_cast<float>(fakeClock.now));
+  for (int sample = 6; sample <= 31; ++sample) {
+    history.addSample(static_cast<float>(sample));
   }
   EXPECT_EQ(history.getSamples().size(), 30U);
   EXPECT_EQ(history.getSamples().front(), 3);

@@ -23,7 +23,6 @@ void StringToTexture(const char* text, const char* fontName, int fontSize, GLuin
 /// GL call is made and the sizes are not written.
 void TextureFromNSImage(const Bitmap& image, GLuint* texture, int* width, int* height);
 
-/// Uploads the resource `name` (2022 bytes at most). Where it is missing the user is asked to
-/// locate it, and where that fails is warned and gets a drawn label instead; the sizes are not
-/// written then.
+/// Uploads the resource `name`. Where it is missing the user is asked to locate it, and where that
+/// fails is warned and gets a drawn label instead; the sizes are not written then.
 void TextureFromResource(const char* name, GLuint* texture, int* width, int* height);

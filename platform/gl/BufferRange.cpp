@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+#include "platform/gl/BufferMemory.h"
+
 namespace {
 
 /// One kind of client array: what to ask GL about it and how to point it. Kinds without a size
@@ -40,6 +42,18 @@ GLint integer(GLenum name) {
   return value;
 }
 
+/// Gives a new buffer its store, or ends the program: draws from a buffer without one are blank.
+void makeStore(GLenum target, GLuint buffer, std::size_t size, const void* data, GLenum usage) {
+  GLint made = 0;  // stays so where the driver refuses
+  glBindBufferARB(target, buffer);
+  glBufferDataARB(target, static_cast<GLsizeiptrARB>(size), data, usage);
+  glGetBufferParameterivARB(target, GL_BUFFER_SIZE, &made);
+  if (made == 0) {
+    endWithoutBuffer(size);
+  }
+  glBindBufferARB(target, 0);
+}
+
 const void* asOffset(std::ptrdiff_t offset) {
   return reinterpret_cast<const void*>(offset);
 }
@@ -52,9 +66,7 @@ BufferRange::Backing BufferRange::makeBacking(GLsizei size, void* memory) const 
   if (storage_ == Storage::kFilled) {
     backing.base = static_cast<std::byte*>(memory);
     backing.size = static_cast<std::size_t>(size);
-    glBindBufferARB(GL_ARRAY_BUFFER, backing.buffer);
-    glBufferDataARB(GL_ARRAY_BUFFER, size, nullptr, GL_STATIC_DRAW);
-    glBindBufferARB(GL_ARRAY_BUFFER, 0);
+    makeStore(GL_ARRAY_BUFFER, backing.buffer, backing.size, nullptr, GL_STATIC_DRAW);
     return backing;
   }
   // Only whole pages can be pinned; neighbouring ranges may share some.
@@ -65,10 +77,8 @@ BufferRange::Backing BufferRange::makeBacking(GLsizei size, void* memory) const 
       ~(page - 1);
   backing.base = reinterpret_cast<const std::byte*>(first);
   backing.size = end - first;
-  glBindBufferARB(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, backing.buffer);
-  glBufferDataARB(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, static_cast<GLsizeiptrARB>(backing.size),
-                  backing.base, GL_STREAM_DRAW);
-  glBindBufferARB(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, 0);
+  makeStore(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, backing.buffer, backing.size, backing.base,
+            GL_STREAM_DRAW);
   return backing;
 }
 

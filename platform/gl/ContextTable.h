@@ -35,6 +35,8 @@ struct ContextTable {
 
 struct ContextObject {
   RendererHandle renderer = nullptr;
+  bool ownTable =
+      false;  ///< false: the driver hides its table, and this one is glXGetProcAddress's
   ContextTable table;
 };
 

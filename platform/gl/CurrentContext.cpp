@@ -28,6 +28,8 @@ class MesaTable {
     }
   }
 
+  bool exposed() const { return table_ != nullptr; }
+
   /// Null where there is no table or no slot of that name.
   AnyFunction entry(const char* name) const {
     const int slot = table_ != nullptr ? slotOf_(name) : -1;
@@ -50,12 +52,12 @@ void fill(ContextEntry<Function>& entry, const MesaTable& mesa, const char* name
   }
 }
 
-ContextTable currentTable() {
+ContextObject lookAt(GLXContext context) {
   const MesaTable mesa;
-  ContextTable table;
-#define GL_DISPATCHED(name, parameters, arguments) fill(table.name, mesa, "gl" #name);
+  ContextObject object{context, mesa.exposed(), {}};
+#define GL_DISPATCHED(name, parameters, arguments) fill(object.table.name, mesa, "gl" #name);
 #include "platform/gl/EntryPoints.def"
-  return table;
+  return object;
 }
 
 }  // namespace
@@ -64,7 +66,7 @@ CGLContextObj CGLGetCurrentContext() {
   static ContextObject known;
   const GLXContext current = glXGetCurrentContext();
   if (known.renderer != current) {
-    known = {current, currentTable()};
+    known = lookAt(current);
   }
   return &known;
 }

@@ -48,8 +48,11 @@ bool canPin() {
   return taken;
 }
 
+/// Needs the vertex array objects to be chosen: a native range is client memory, which the rows'
+/// objects then have to accept.
 RangeProvider chooseRangeProvider() {
-  if (hasExtension("GL_APPLE_vertex_array_range")) {
+  if (hasExtension("GL_APPLE_vertex_array_range") &&
+      current.vertexArrayObjects.acceptsClientMemory) {
     return RangeProvider::kNative;
   }
   if (!current.bufferObjects) {

@@ -15,7 +15,7 @@ struct VertexArrayObjects {
 
 /// GL_APPLE_vertex_array_object.
 extern const VertexArrayObjects kAppleVertexArrayObjects;
-/// GL_ARB_vertex_array_object, or OpenGL 3.0.
+/// GL_ARB_vertex_array_object.
 extern const VertexArrayObjects kArbVertexArrayObjects;
 /// For drivers with neither: binding the default object, always bound then, does nothing.
 extern const VertexArrayObjects kNoVertexArrayObjects;

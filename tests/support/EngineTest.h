@@ -40,7 +40,8 @@ struct FakeDriver {
       "GL_ARB_vertex_array_object GL_ARB_vertex_buffer_object GL_EXT_compiled_vertex_array";
   std::map<GLenum, GLint> integers = {{GL_MAX_LIGHTS, 8},
                                       {GL_MAX_TEXTURE_UNITS, 8},
-                                      {0x8520, 1 << 20}};  // vertices of a native range
+                                      {GL_BUFFER_SIZE, 1},  // of any buffer
+                                      {0x8520, 1 << 20}};   // vertices of a native range
   GLuint nextName = 1;  ///< across all kinds, so that no two are alike
   bool unmapSucceeds = true;
   std::vector<float> buffer = std::vector<float>(1 << 18);  ///< that gets mapped

@@ -26,6 +26,7 @@ auto keep(const char* name) {
 
 CGLContextObj CGLGetCurrentContext() {
   static const ContextObject context = {&fakeDriver,
+                                        true,
                                         {
 #define GL_DISPATCHED(name, parameters, arguments) context##name,
 #include "platform/gl/EntryPoints.def"
@@ -65,6 +66,9 @@ GLboolean glUnmapBufferARB(GLenum target) {
 // Questions change nothing and are not kept.
 GLenum glGetError() {
   return GL_NO_ERROR;
+}
+void glGetBufferParameterivARB(GLenum /*target*/, GLenum name, GLint* value) {
+  *value = fakeDriver.integers[name];
 }
 void glGetIntegerv(GLenum name, GLint* values) {
   *values = fakeDriver.integers[name];
