@@ -192,28 +192,23 @@ void bareList(SorvantaTest& /*test*/, int reps) {
   }
 }
 
-void bareRowObjects(SorvantaTest& test, int reps) {
+template <typename Record>
+void bareObjects(const SorvantaTest& test, int reps, std::span<const Record> records) {
   const GLenum mode = test.getPrimitive();
   const auto n = static_cast<GLsizei>(test.getLayout().verticesPerRow);
-  const std::span<const VertexArrayRecord> records = test.getVertexArrayObjects();
   for (int r = 0; r < reps; ++r) {
-    for (const VertexArrayRecord& record : records) {
+    for (const Record& record : records) {
       glBindVertexArray(record.vertexArrayObject);
       glDrawArrays(mode, 0, n);
     }
   }
 }
 
+void bareRowObjects(SorvantaTest& test, int reps) {
+  bareObjects(test, reps, test.getVertexArrayObjects());
+}
 void bareBufferObjects(SorvantaTest& test, int reps) {
-  const GLenum mode = test.getPrimitive();
-  const auto n = static_cast<GLsizei>(test.getLayout().verticesPerRow);
-  const std::span<const VertexBufferRecord> records = test.getVertexBufferObjects();
-  for (int r = 0; r < reps; ++r) {
-    for (const VertexBufferRecord& record : records) {
-      glBindVertexArray(record.vertexArrayObject);
-      glDrawArrays(mode, 0, n);
-    }
-  }
+  bareObjects(test, reps, test.getVertexBufferObjects());
 }
 
 /// Calls point(record, stride) between each row's bind and draw.
@@ -272,27 +267,28 @@ void buffers(SorvantaTest& test, int reps) {
 }
 
 constexpr Submission kSubmissions[] = {
-    {"emitter", useNothing, emitter<0, false>, bareVertices},
-    {"emitterCol", useNothing, emitter<2, false>, bareColors},
-    {"emitterNorColSecT0T1T2", useNothing, emitter<63, false>, bareFamilyFull},
-    {"emitterMacro", useNothing, emitter<0, true>, bareVertices},
-    {"emitterColMacro", useNothing, emitter<2, true>, bareColors},
-    {"emitterNorColSecT0T1T2Macro", useNothing, emitter<63, true>, bareFamilyFull},
+    {"DrawImmediateMode", useNothing, emitter<0, false>, bareVertices},
+    {"DrawImmediateModeCol", useNothing, emitter<2, false>, bareColors},
+    {"DrawImmediateModeNorColSecT0T1T2", useNothing, emitter<63, false>, bareFamilyFull},
+    {"DrawImmediateModeMacro", useNothing, emitter<0, true>, bareVertices},
+    {"DrawImmediateModeColMacro", useNothing, emitter<2, true>, bareColors},
+    {"DrawImmediateModeNorColSecT0T1T2Macro", useNothing, emitter<63, true>, bareFamilyFull},
     {"drawArrays", useNothing, arrays, bareArrays},
-    {"drawArraysMacro", useMacros, arrays, bareArrays},
-    {"drawElements", useNothing, elements, bareElements},
-    {"arrayElements", useNothing, arrayElements, bareArrayElements},
-    {"arrayElementsMacro", useMacros, arrayElements, bareArrayElements},
-    {"displayList", useLists, list, bareList},
-    {"displayListMacro", useListsAndMacros, list, bareList},
-    {"rowObjects", useRowObjects, rowObjects, bareRowObjects},
-    {"bufferObjects", useBufferObjects, buffers, bareBufferObjects},
-    {"buffers", useBuffers, buffers, barePlainBuffers},
-    {"buffersColorsTwoUnits", useTexturedColoredBuffers, buffers, bareTexturedColoredBuffers},
-    {"generic0", useNothing, immediate, bareVertices},
-    {"generic1", useColors, immediate, bareColors},
-    {"generic3", useNormalsColorsAndCoordinates, immediate, bareThree},
-    {"generic11", useEverything, immediate, bareEverything},
+    {"drawArrays-m", useMacros, arrays, bareArrays},
+    {"compiledVertArray", useNothing, elements, bareElements},
+    {"arrayElement", useNothing, arrayElements, bareArrayElements},
+    {"arrayElement-m", useMacros, arrayElements, bareArrayElements},
+    {"displayLists", useLists, list, bareList},
+    {"displayLists-m", useListsAndMacros, list, bareList},
+    {"drawArraysWithVertArrayObjects", useRowObjects, rowObjects, bareRowObjects},
+    {"drawArraysWithStatVertBufferObjectsVAO", useBufferObjects, buffers, bareBufferObjects},
+    {"drawArraysWithStaticVBO", useBuffers, buffers, barePlainBuffers},
+    {"drawArraysWithStaticVBO-c-t0-t1", useTexturedColoredBuffers, buffers,
+     bareTexturedColoredBuffers},
+    {"immediateMode", useNothing, immediate, bareVertices},
+    {"immediateMode-c", useColors, immediate, bareColors},
+    {"immediateMode-n-c-t0", useNormalsColorsAndCoordinates, immediate, bareThree},
+    {"immediateMode-n-c-s-t0..7", useEverything, immediate, bareEverything},
 };
 
 }  // namespace

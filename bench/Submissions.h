@@ -5,13 +5,11 @@
 
 #include "engine/SorvantaTest.h"
 
-/// Brings the test object into the state that the operation is compared in, draws the model
-/// `reps` times our way, or makes the same calls in the shortest loop that we can write by hand.
 struct Submission {
-  const char* name;
-  void (*prepare)(SorvantaTest& test);
+  const char* name;                     ///< the emitter, or the method with its options
+  void (*prepare)(SorvantaTest& test);  ///< chooses the method and the attributes
   void (*ours)(SorvantaTest& test, int reps);
-  void (*bare)(SorvantaTest& test, int reps);
+  void (*bare)(SorvantaTest& test, int reps);  ///< the same calls, written out by hand
 };
 
 std::span<const Submission> submissions();
