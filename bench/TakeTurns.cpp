@@ -11,7 +11,7 @@
 
 namespace {
 
-/// What there is to wait for when the other program has ended comes at once.
+/// Returns at once when the other program has ended.
 void waitForOther(int socket) {
   char byte = 0;
   recv(socket, &byte, 1, 0);

@@ -114,12 +114,14 @@ class SorvantaTest {
 
   // Retained structures: those of the current draw method exist, built from the current mesh.
 
+  /// Drops all of them, builds those of the draw method, and clears the history.
   void updateDataStructures();
   void rebuildDisplayList();
   void deleteDisplayList();
   void rebuildVertexArrayObjects();
   void deleteVertexArrayObjects();
-  /// `usage` is the buffers' usage hint. A failed unmap ends the program with status 1.
+  /// `usage` is the buffers' usage hint. A buffer that the driver refuses or cannot unmap ends the
+  /// program with status 1.
   void rebuildVertexBufferObjects(unsigned long usage);
   void deleteVertexBufferObjects();
   std::span<const VertexArrayRecord> getVertexArrayObjects() const { return vertexArrayObjects; }
@@ -137,7 +139,8 @@ class SorvantaTest {
   void drawUsingVertexArrayObjects(int reps);
   void drawUsingVertexBufferObjects(int reps);
 
-  // A draw method's own steps around them.
+  // A draw method's own steps around them: its range over all arrays, the ranges of its rows, and
+  // what its rows leave bound.
 
   void declareVertexArrayRange();
   void withdrawVertexArrayRange();

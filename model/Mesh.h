@@ -23,6 +23,7 @@ struct MeshLayout {
   std::uint32_t verticesPerRow;    ///< vertices of one grid row: 2d + 2, 6d or 4d
 };
 
+/// The counts for `detail` cells per side, 1 or more.
 MeshLayout layoutMesh(Topology topology, std::uint32_t detail);
 
 /// The per-vertex arrays, each of `vertexCount` elements, in the order in which they follow each
@@ -36,7 +37,9 @@ struct MeshArrays {
   float* fogCoords;  ///< reserved: nothing writes or sends it
 };
 
-constexpr std::uint32_t kBytesPerVertex = 116;
+/// Of all arrays together: 116.
+constexpr std::uint32_t kBytesPerVertex =
+    4 * sizeof(GLCoord3) + kTextureUnitCount * sizeof(GLCoord2) + sizeof(float);
 
 /// The places of the arrays in a block of kBytesPerVertex * vertexCount bytes.
 MeshArrays placeArrays(void* block, std::uint32_t vertexCount);

@@ -13,6 +13,7 @@ class PerformanceHistory {
   /// Keeps the last `size` samples.
   explicit PerformanceHistory(int size) : queueSize(size) {}
 
+  /// Adds it with the time of now, and drops the oldest sample when there are more than are kept.
   void addSample(float sample);
   /// Forgets all samples; the last sample and its time stay readable.
   void clearSamples();

@@ -63,8 +63,8 @@ bool initialiseGtk() {
   char* values[] = {program, option, ofGlut != nullptr ? DisplayString(ofGlut) : nullptr, nullptr};
   int count = ofGlut != nullptr ? 3 : 1;
   char** arguments = values;
-  // The class of sockets ignores SIGPIPE when it is first used, in the file chooser for one: let
-  // that happen now, while the handlers are kept.
+  // GLib's socket class makes the process ignore SIGPIPE when it is first used, in the file chooser
+  // for one: let that happen now, while the signal handlers are kept.
   g_type_class_ref(G_TYPE_SOCKET);
   return gtk_init_check(&count, &arguments) != FALSE;
 }

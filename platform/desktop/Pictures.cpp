@@ -21,8 +21,8 @@ std::optional<Bitmap> decodePicture(const std::string& path) {
   bitmap.width = static_cast<float>(width);
   bitmap.height = static_cast<float>(height);
 
-  // Rows without padding: a row length in pixels cannot express one of four-byte steps when a
-  // pixel has three.
+  // Rows are copied without padding: GL_UNPACK_ROW_LENGTH counts pixels, and cannot describe rows
+  // of three-byte pixels that are padded to four bytes.
   const auto rowBytes = static_cast<std::size_t>(bitmap.bytesPerRow);
   const auto stride = static_cast<std::size_t>(gdk_pixbuf_get_rowstride(picture));
   const std::uint8_t* const rows = gdk_pixbuf_read_pixels(picture);

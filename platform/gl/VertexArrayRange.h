@@ -18,8 +18,11 @@ class VertexArrayRange {
 
   /// Makes `size` bytes at `memory` the range of the bound object, whose name is `object`.
   virtual void declare(GLuint object, GLsizei size, void* memory) = 0;
+  /// Has the bound object's arrays read from its range.
   virtual void enable() = 0;
+  /// Shows the driver what has been written to `size` bytes at `memory`, in the range declared last.
   virtual void flush(GLsizei size, void* memory) = 0;
+  /// Ends what enable began; the arrays lead to client memory again.
   virtual void disable() = 0;
   /// Ends the range of `object`, which need not be bound.
   virtual void withdraw(GLuint object) = 0;

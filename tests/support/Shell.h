@@ -9,7 +9,7 @@
 
 #include <unistd.h>
 
-/// Asks `done` again and again for half a minute; whether it held.
+/// Asks `done` every 20 ms for half a minute; whether it became true.
 template <typename Done>
 bool poll(Done done) {
   for (int left = 1500; !done(); --left) {
