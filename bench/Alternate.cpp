@@ -1,8 +1,9 @@
 // Compares two commands run by run: alternate figure|time RUNS "COMMAND A" "COMMAND B".
-// `time` runs them one after the other, every other time B first, and takes their wall time in
-// seconds. `figure` runs both at once and takes the first number in the last line that each prints;
-// with take_turns.so preloaded they draw frames in turn. Prints the medians, the median of the
-// runs' ratios A/B, and the interquartile ranges of A, of B and of the ratios, over their medians.
+// `time` runs them one after the other and takes their wall time in seconds. `figure` starts both
+// and takes the first number in the last line that each prints; with take_turns.so preloaded they
+// draw frames in turn. Either way B comes first every other time. Prints the medians, the median of
+// the runs' ratios A/B, and the interquartile ranges of A, of B and of the ratios, over their
+// medians.
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -72,17 +73,19 @@ struct Pair {
   double a, b;
 };
 
-Pair figures(const char* a, const char* b) {
+Pair figures(const char* a, const char* b, bool swapped) {
   int turns[2];
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, turns) != 0) {
     std::exit(EXIT_FAILURE);
   }
-  const Process first = start(a, turns[0], false);
-  const Process second = start(b, turns[1], true);
+  const char* const commands[] = {swapped ? b : a, swapped ? a : b};
+  const Process first = start(commands[0], turns[0], false);
+  const Process second = start(commands[1], turns[1], true);
   close(turns[0]);
   close(turns[1]);
-  const double figure = figureOf(first, a);
-  return {figure, figureOf(second, b)};
+  const double earlier = figureOf(first, commands[0]);
+  const double later = figureOf(second, commands[1]);
+  return swapped ? Pair{later, earlier} : Pair{earlier, later};
 }
 
 Pair times(const char* a, const char* b, bool swapped) {
@@ -117,8 +120,8 @@ int main(int argc, char** argv) {
   }
   std::vector<double> a, b, ratios;
   for (int i = 0; i < runs; ++i) {
-    const Pair pair = std::strcmp(argv[1], "time") == 0 ? times(argv[3], argv[4], i % 2 != 0)
-                                                        : figures(argv[3], argv[4]);
+    const auto measure = std::strcmp(argv[1], "time") == 0 ? times : figures;
+    const Pair pair = measure(argv[3], argv[4], i % 2 != 0);
     a.push_back(pair.a);
     b.push_back(pair.b);
     ratios.push_back(pair.a / pair.b);
