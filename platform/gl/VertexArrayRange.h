@@ -20,7 +20,8 @@ class VertexArrayRange {
   virtual void declare(GLuint object, GLsizei size, void* memory) = 0;
   /// Has the bound object's arrays read from its range.
   virtual void enable() = 0;
-  /// Shows the driver what has been written to `size` bytes at `memory`, in the range declared last.
+  /// Shows the driver what has been written to `size` bytes at `memory`, in the range declared
+  /// last.
   virtual void flush(GLsizei size, void* memory) = 0;
   /// Ends what enable began; the arrays lead to client memory again.
   virtual void disable() = 0;
