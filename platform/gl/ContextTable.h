@@ -35,8 +35,9 @@ struct ContextTable {
 
 struct ContextObject {
   RendererHandle renderer = nullptr;
-  bool ownTable =
-      false;  ///< false: the driver hides its table, and this one is glXGetProcAddress's
+  /// Whether the table is the driver's own; else the driver hides it, and this one holds the
+  /// functions of glXGetProcAddress.
+  bool ownTable = false;
   ContextTable table;
 };
 
