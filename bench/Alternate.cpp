@@ -70,28 +70,25 @@ double secondsOf(const char* command) {
 }
 
 struct Pair {
-  double a, b;
+  double first, second;
 };
 
-Pair figures(const char* a, const char* b, bool swapped) {
+Pair figures(const char* earlier, const char* later) {
   int turns[2];
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, turns) != 0) {
     std::exit(EXIT_FAILURE);
   }
-  const char* const commands[] = {swapped ? b : a, swapped ? a : b};
-  const Process first = start(commands[0], turns[0], false);
-  const Process second = start(commands[1], turns[1], true);
+  const Process first = start(earlier, turns[0], false);
+  const Process second = start(later, turns[1], true);
   close(turns[0]);
   close(turns[1]);
-  const double earlier = figureOf(first, commands[0]);
-  const double later = figureOf(second, commands[1]);
-  return swapped ? Pair{later, earlier} : Pair{earlier, later};
+  const double figure = figureOf(first, earlier);
+  return {figure, figureOf(second, later)};
 }
 
-Pair times(const char* a, const char* b, bool swapped) {
-  const double earlier = secondsOf(swapped ? b : a);
-  const double later = secondsOf(swapped ? a : b);
-  return swapped ? Pair{later, earlier} : Pair{earlier, later};
+Pair times(const char* earlier, const char* later) {
+  const double seconds = secondsOf(earlier);
+  return {seconds, secondsOf(later)};
 }
 
 double quantile(std::vector<double> values, double part) {
@@ -121,10 +118,11 @@ int main(int argc, char** argv) {
   std::vector<double> a, b, ratios;
   for (int i = 0; i < runs; ++i) {
     const auto measure = std::strcmp(argv[1], "time") == 0 ? times : figures;
-    const Pair pair = measure(argv[3], argv[4], i % 2 != 0);
-    a.push_back(pair.a);
-    b.push_back(pair.b);
-    ratios.push_back(pair.a / pair.b);
+    const bool swapped = i % 2 != 0;
+    const Pair pair = swapped ? measure(argv[4], argv[3]) : measure(argv[3], argv[4]);
+    a.push_back(swapped ? pair.second : pair.first);
+    b.push_back(swapped ? pair.first : pair.second);
+    ratios.push_back(a.back() / b.back());
   }
   std::printf("%10.4g %10.4g  ratio %.3f  spread %.1f%% %.1f%%, of the ratio %.1f%%\n", median(a),
               median(b), median(ratios), spread(a), spread(b), spread(ratios));

@@ -16,6 +16,7 @@
 #include <GL/glu.h>
 #include <unistd.h>
 
+#include "model/Mesh.h"
 #include "perf/Clock.h"
 #include "perf/PerformanceHistory.h"
 
@@ -36,7 +37,6 @@ std::vector<GLuint> objects, buffers;
 void buildMesh() {
   stripLength = static_cast<GLsizei>(2 * detail + 2);
   const std::size_t count = detail * static_cast<std::size_t>(stripLength);
-  constexpr std::size_t kBytesPerVertex = 116;
   positions = {static_cast<Position*>(std::malloc(kBytesPerVertex * count)), count};
   auto position = positions.begin();
   const float width = 280.0F / static_cast<float>(detail);

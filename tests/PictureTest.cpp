@@ -98,6 +98,8 @@ TEST_F(Picture, IsNotDisturbedByOtherMethodsPathsOrProviders) {
       EXPECT_TRUE(frame() == reference) << first.word << " then " << second.word;
     }
   }
+  test.setMacros(true);
+  expectFromAll(reference, "macros");
   // The driver's own choice, pinned memory where it is offered, and those that any driver can run.
   for (const RangeProvider provider :
        {driver().rangeProvider, RangeProvider::kFilled, RangeProvider::kNone}) {
