@@ -1,8 +1,10 @@
-/// The process's two objects. Both live until the process ends.
+/// The process's objects. All live until the process ends.
 #pragma once
 
+#include "app/View.h"
 #include "engine/SorvantaTest.h"
 #include "perf/PerformanceHistory.h"
 
+extern View* view;
 extern SorvantaTest* vpt;
 extern PerformanceHistory* perfHistory;

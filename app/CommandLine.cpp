@@ -3,16 +3,22 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
+#include <sstream>
+#include <string>
 #include <string_view>
 
 #include "app/Application.h"
 #include "app/Reporting.h"
-#include "app/Window.h"
+#include "engine/Attributes.h"
+#include "engine/Support.h"
 #include "perf/Clock.h"
-#include "platform/gl/Driver.h"
+#include "platform/process/Sentences.h"
+#include "platform/process/StandardStreams.h"
 
 namespace {
 
@@ -61,21 +67,18 @@ struct Scan {
   bool runLengthGiven = false;
   bool argumentError = false;
   std::int64_t runLength = 0;  // microseconds
-  int viewWidth = kInitialWindowSide;
-  int viewHeight = kInitialWindowSide;
+  int viewWidth = kInitialViewSide;
+  int viewHeight = kInitialViewSide;
+  std::string regressionReading;  ///< how -regress was taken, where it may not have been meant so
 };
 
-/// An option's digit and values.
-struct Given {
-  unsigned int digit;
-  const char* const* values;
-};
+using Values = const char* const*;
 
+/// An option that is no attribute.
 struct Option {
   std::string_view word;
-  bool hasDigit;  ///< stands for eight options: the word followed by 0 to 7
   int valueCount;
-  void (*apply)(Scan&, const Given&);
+  void (*apply)(Scan&, Values);
 };
 
 /// As atol reads it, but defined for numbers of any length: those become the nearest that fits.
@@ -83,14 +86,21 @@ long number(const char* text) {
   return std::strtol(text, nullptr, 10);
 }
 
-int pixels(const char* text) {
+/// The same in the range of int.
+int wholeNumber(const char* text) {
   return static_cast<int>(std::clamp<long>(number(text), INT_MIN, INT_MAX));
 }
 
-void setRunLength(Scan& scan, const Given& given) {
+/// The time that many microseconds later, or before for a negative number: 0 at the earliest.
+std::uint64_t later(std::uint64_t time, std::int64_t microseconds) {
+  const auto distance = static_cast<std::uint64_t>(std::abs(microseconds));
+  return microseconds >= 0 ? time + distance : time - std::min(time, distance);
+}
+
+void setRunLength(Scan& scan, Values values) {
   scan.runLengthGiven = true;
   // A negative length ends the run after its first frame.
-  scan.runLength = std::int64_t{static_cast<int>(number(given.values[0]))} * kMicrosecondsPerSecond;
+  scan.runLength = std::int64_t{wholeNumber(values[0])} * kMicrosecondsPerSecond;
   if (scan.runLength != 0) {
     report.timedBenchmark = true;
   } else {
@@ -98,94 +108,87 @@ void setRunLength(Scan& scan, const Given& given) {
   }
 }
 
-void setRegression(Scan& /*scan*/, const Given& given) {
+/// As atof reads a text.
+struct Reading {
+  float number;
+  bool plain;  ///< a finite number, and nothing after it
+};
+
+Reading readingOf(const char* text) {
+  char* end = nullptr;
+  const auto number = static_cast<float>(std::strtod(text, &end));
+  return {number, end != text && *end == '\0' && std::isfinite(number)};
+}
+
+void setRegression(Scan& scan, Values values) {
   report.regress = true;
   report.averageResults = true;
   report.terse = true;
-  report.regressReference = static_cast<float>(std::atof(given.values[0]));
-  report.tolerance = static_cast<float>(std::atof(given.values[1]));
+  const Reading reference = readingOf(values[0]);
+  const Reading tolerance = readingOf(values[1]);
+  report.regressReference = reference.number;
+  report.tolerance = tolerance.number;
   report.clearFigures();
+  scan.regressionReading.clear();
+  if (!reference.plain || reference.number <= 0 || !tolerance.plain || tolerance.number < 0) {
+    std::ostringstream sentence;
+    sentence << "-regress " << values[0] << ' ' << values[1] << " is taken as a reference of "
+             << reference.number << " million per second and a tolerance of "
+             << 100 * tolerance.number << " percent.";
+    scan.regressionReading = sentence.str();
+  }
 }
 
-template <typename Rows>
-auto findWord(const Rows& rows, std::string_view word) {
-  return std::find_if(rows.begin(), rows.end(),
-                      [=](const auto& row) { return row.word != nullptr && row.word == word; });
-}
-
-void setPrimitive(Scan& scan, const Given& given) {
-  const auto row = findWord(kPrimitives, given.values[0]);
-  if (row == kPrimitives.end()) {
+void setPrimitive(Scan& scan, Values values) {
+  const PrimitiveWord* const row = primitiveNamed(values[0]);
+  if (row == nullptr) {
     scan.argumentError = true;
     return;
   }
   vpt->setPrimitive(row->primitive);
 }
 
-void setMethod(Scan& scan, const Given& given) {
-  const auto row = findWord(kDrawMethods, given.values[0]);
-  if (row == kDrawMethods.end()) {
+void setMethod(Scan& scan, Values values) {
+  const DrawMethodWord* const row = drawMethodNamed(values[0]);
+  if (row == nullptr) {
     scan.argumentError = true;
     return;
-  }
-  if (const char* const missing = row->missing(driver())) {
-    std::cerr << "Sorvanta: this OpenGL driver has no " << missing << ", which the method "
-              << row->word << " draws with.\n";
-    std::exit(EXIT_FAILURE);
   }
   vpt->setDrawMethod(row->method);
 }
 
-void setViewHeight(Scan& scan, const Given& given) {
-  scan.viewHeight = pixels(given.values[0]);
-  requestWindowSize(scan.viewWidth, scan.viewHeight);
+void setViewHeight(Scan& scan, Values values) {
+  scan.viewHeight = wholeNumber(values[0]);
+  view->requestSize(scan.viewWidth, scan.viewHeight);
 }
 
-void setViewWidth(Scan& scan, const Given& given) {
-  scan.viewWidth = pixels(given.values[0]);
-  requestWindowSize(scan.viewWidth, scan.viewHeight);
+void setViewWidth(Scan& scan, Values values) {
+  scan.viewWidth = wholeNumber(values[0]);
+  view->requestSize(scan.viewWidth, scan.viewHeight);
 }
 
-constexpr std::array<Option, 22> kOptions = {{
-    {"-r", false, 1, setRunLength},
-    {"-help", false, 0, [](Scan& scan, const Given&) { scan.argumentError = true; }},
-    {"-regress", false, 2, setRegression},
-    {"-terse", false, 0, [](Scan&, const Given&) { report.terse = true; }},
-    {"-avg", false, 0,
-     [](Scan&, const Given&) {
+/// The attributes have a table of their own.
+constexpr std::array<Option, 14> kOptions = {{
+    {"-r", 1, setRunLength},
+    {"-help", 0, [](Scan& scan, Values) { scan.argumentError = true; }},
+    {"-regress", 2, setRegression},
+    {"-terse", 0, [](Scan&, Values) { report.terse = true; }},
+    {"-avg", 0,
+     [](Scan&, Values) {
        report.averageResults = true;
        report.clearFigures();
      }},
-    {"-t", true, 0, [](Scan&, const Given& given) { vpt->setTexturing(given.digit, true); }},
-    {"-l", true, 0, [](Scan&, const Given& given) { vpt->setLighting(given.digit, true); }},
-    {"-n", false, 0, [](Scan&, const Given&) { vpt->setNormals(true); }},
-    {"-c", false, 0, [](Scan&, const Given&) { vpt->setVertexColors(true); }},
-    {"-s", false, 0, [](Scan&, const Given&) { vpt->setSecColor(true); }},
-    {"-m", false, 0, [](Scan&, const Given&) { vpt->setMacros(true); }},
-    {"-T", false, 0, [](Scan&, const Given&) { vpt->setThrash(true); }},
-    {"-p", false, 1, setPrimitive},
-    {"-M", false, 1, setMethod},
-    {"-d", false, 1,
-     [](Scan&, const Given& given) {
-       vpt->setDetail(static_cast<unsigned int>(number(given.values[0])));
-     }},
-    {"-z", false, 1,
-     [](Scan&, const Given& given) { vpt->setZoom(static_cast<float>(number(given.values[0]))); }},
-    {"-A", false, 0, [](Scan&, const Given&) { vpt->setRotate(true); }},
-    {"-o", false, 0, [](Scan&, const Given&) { vpt->setDrawsOffscreen(true); }},
-    {"-u", false, 0, [](Scan&, const Given&) { vpt->setTextureCopies(); }},
-    {"-h", false, 1, setViewHeight},
-    {"-w", false, 1, setViewWidth},
-    {"-b", false, 0, [](Scan&, const Given&) { createObscuringWindow(); }},
+    {"-p", 1, setPrimitive},
+    {"-M", 1, setMethod},
+    {"-d", 1,
+     [](Scan&, Values values) { vpt->setDetail(static_cast<unsigned int>(number(values[0]))); }},
+    {"-z", 1, [](Scan&, Values values) { vpt->setZoom(static_cast<float>(number(values[0]))); }},
+    {"-o", 0, [](Scan&, Values) { vpt->setDrawsOffscreen(true); }},
+    {"-u", 0, [](Scan&, Values) { vpt->setTextureCopies(); }},
+    {"-h", 1, setViewHeight},
+    {"-w", 1, setViewWidth},
+    {"-b", 0, [](Scan&, Values) { view->cover(); }},
 }};
-
-bool matches(const Option& option, std::string_view argument) {
-  if (!option.hasDigit) {
-    return argument == option.word;
-  }
-  return argument.size() == option.word.size() + 1 && argument.starts_with(option.word) &&
-         argument.back() >= '0' && argument.back() <= '7';
-}
 
 }  // namespace
 
@@ -193,8 +196,12 @@ bool applyArguments(int argc, char** argv) {
   Scan scan;
   for (int i = 1; i < argc; ++i) {
     const std::string_view argument = argv[i];
-    const auto option = std::find_if(kOptions.begin(), kOptions.end(),
-                                     [=](const Option& o) { return matches(o, argument); });
+    if (const std::optional<NamedAttribute> attribute = attributeNamed(argument)) {
+      setAttribute(*vpt, *attribute, true);
+      continue;
+    }
+    const auto* const option = std::find_if(kOptions.begin(), kOptions.end(),
+                                            [=](const Option& o) { return o.word == argument; });
     if (option == kOptions.end()) {
       std::cout << "cmd line option '" << argument << "' not recognized.\n";
       scan.argumentError = true;
@@ -204,21 +211,29 @@ bool applyArguments(int argc, char** argv) {
       scan.argumentError = true;  // a value is missing
       break;
     }
-    const auto digit = static_cast<unsigned int>(argument.back() - '0');
-    option->apply(scan, {digit, argv + i + 1});
+    option->apply(scan, argv + i + 1);
     i += option->valueCount;
   }
   if (!scan.runLengthGiven || scan.argumentError) {
     return false;
   }
+  // Not before: the options after a method decide as well what it needs.
+  const Support support = supportOf(*vpt, vpt->getDrawMethod());
+  if (support.as == Support::As::kNothing) {
+    endWith(support.sentence);
+  }
+  if (!scan.regressionReading.empty()) {
+    warn(scan.regressionReading);
+  }
   report.benchmarkStartTime = getTime() + kStartDelay;
-  report.benchmarkEndTime = report.benchmarkStartTime + static_cast<std::uint64_t>(scan.runLength);
+  report.benchmarkEndTime = later(report.benchmarkStartTime, scan.runLength);
   return true;
 }
 
 void parseCmdLineArgs(int argc, char** argv) {
   if (!applyArguments(argc, argv)) {
-    std::cout << kUsage << std::flush;
+    std::cout << kUsage;
+    flushOutput();
     std::exit(EXIT_FAILURE);
   }
 }

@@ -1,7 +1,7 @@
 /// The command line.
 #pragma once
 
-/// Applies every argument from the second on to the test object, the report and the window, in
+/// Applies every argument from the second on to the test object, the report and the view, in
 /// order. False when the line is bad; what was good of it has been applied then. Arguments that
 /// are no options are named on standard output.
 bool applyArguments(int argc, char** argv);

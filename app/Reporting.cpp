@@ -7,6 +7,9 @@
 #include "app/Application.h"
 #include "engine/Primitives.h"
 #include "perf/Clock.h"
+#include "platform/gl/GL.h"
+#include "platform/process/Sentences.h"
+#include "platform/process/StandardStreams.h"
 
 Report report;
 
@@ -14,11 +17,8 @@ namespace {
 
 void printFigure(float figure) {
   const char* const unit = countsQuads(vpt->getPrimitive()) ? " MQuad/sec" : " MTri/sec";
-  std::cout << static_cast<double>(figure) << unit << std::endl;
-  if (!std::cout) {
-    std::cerr << "Sorvanta: standard output cannot be written; the figures are lost.\n";
-    std::_Exit(EXIT_FAILURE);
-  }
+  std::cout << static_cast<double>(figure) << unit << '\n';
+  flushOutput();
 }
 
 bool isRegression(float average) {
@@ -50,12 +50,16 @@ void recordPerf() {
 }
 
 void quit() {
+  glFinish();  // or the driver's own threads may be at work while the process ends
   const float average = report.sum / static_cast<float>(report.samples);
   if (report.averageResults) {
     if (report.samples == 0) {
-      std::cerr << "Sorvanta: the run ended before a figure was recorded; there is no average.\n";
+      warn(
+          "the run ended before a figure was recorded; there is no average. Let it run longer "
+          "(-r), or draw offscreen (-o), where frames are short.");
     }
     printFigure(average);
   }
+  flushOutput();
   std::exit(isRegression(average) ? EXIT_FAILURE : EXIT_SUCCESS);
 }

@@ -1,17 +1,26 @@
 #include "app/Window.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include <GL/freeglut.h>
 #include <X11/Xlib.h>
 
 #include "app/Application.h"
 #include "app/Reporting.h"
-#include "perf/Clock.h"
+#include "platform/desktop/GtkServices.h"
 #include "platform/desktop/ObscuringWindow.h"
+#include "platform/gl/GlxWindowSystem.h"
+#include "platform/headless/DeviceNames.h"
+#include "platform/headless/HeadlessDevice.h"
+#include "platform/process/Sentences.h"
 
 namespace {
 
@@ -26,35 +35,16 @@ bool exiting = false;
 std::optional<ObscuringWindow> obscuringWindow;
 bool firstPass = false;  ///< the next idle call raises the obscuring window once more
 
-struct Size {
-  int width, height;
-  bool operator==(const Size&) const = default;
-};
-
-/// The nearest size that X and GL can make. X wraps sizes around at 16 bits and ends the program
-/// for a side of 0.
-Size usableSize(Size asked) {
-  GLint most[2] = {};
-  glGetIntegerv(GL_MAX_VIEWPORT_DIMS, most);
-  constexpr int kLargestSide = 8192;
-  return {std::clamp(asked.width, 1, std::min(most[0], kLargestSide)),
-          std::clamp(asked.height, 1, std::min(most[1], kLargestSide))};
-}
-
 void display() {
-  vpt->draw();
-  recordPerf();
-  if (report.timedBenchmark && getTime() > report.benchmarkEndTime) {
-    quit();
-  }
+  drawFrame();
   glutSwapBuffers();
 }
 
 /// Passes a request on only when it corrected the size: GLUT announces the initial size after the
 /// command line has asked for another one, and asking for the initial one again would undo that.
 void reshape(int width, int height) {
-  const Size given{width, height};
-  const Size size = usableSize(given);
+  const ViewSize given{width, height};
+  const ViewSize size = usableSize(given);
   vpt->setBounds(static_cast<unsigned int>(size.width), static_cast<unsigned int>(size.height));
   if (size != given) {
     glutReshapeWindow(size.width, size.height);
@@ -97,44 +87,100 @@ void idle() {
 /// that is gone.
 int connectionLost(Display* /*display*/) {
   std::cout.flush();
-  std::cerr << "Sorvanta: the connection to the X server is lost.\n";
+  warn("the connection to the X server is lost.");
   std::_Exit(EXIT_FAILURE);
 }
 
-}  // namespace
-
-void openWindow(int* argc, char** argv) {
-  XSetIOErrorHandler(connectionLost);
-  glutInit(argc, argv);
-  std::atexit([] { exiting = true; });
-  glutInitDisplayString("rgba double depth=32");
-  glutInitWindowSize(kInitialWindowSide, kInitialWindowSide);
-  glutCreateWindow("SorvantaTest");
-  glutShowWindow();
+/// At once: clean-up would talk to the server, and meet the errors of the requests that failed.
+[[noreturn]] void endWithoutOpenGL(const std::string& reason) {
+  warn("no OpenGL: " + reason +
+       ". Name an X server that offers it with DISPLAY or -display, or leave DISPLAY empty to run "
+       "without a window; install a driver (on Debian libgl1-mesa-dri), and unset "
+       "LIBGL_DRIVERS_PATH, GALLIUM_DRIVER and LIBGL_ALWAYS_INDIRECT "
+       "where they lead nowhere.");
+  std::_Exit(EXIT_FAILURE);
 }
 
-void connectCallbacks() {
+/// In place of GLUT's own end of the program.
+void glutFailed(const char* format, va_list arguments) {
+  std::array<char, 256> reason{};
+  std::vsnprintf(reason.data(), reason.size(), format, arguments);
+  endWithoutOpenGL(reason.data());
+}
+
+/// A context that cannot be made arrives as an error of one of the requests that make it.
+int windowFailed(Display* display, XErrorEvent* error) {
+  std::array<char, 256> reason{};
+  XGetErrorText(display, error->error_code, reason.data(), reason.size());
+  endWithoutOpenGL(std::string("the X server refuses a window for it with ") + reason.data());
+}
+
+/// What an X server draws with that does not use the card.
+std::string softwareBesideACard() {
+  const std::string renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
+  if (!isSoftwareRenderer(renderer) || !hasHardwareDevice()) {
+    return "";
+  }
+  return renderer +
+         " is a software renderer, though this machine has a graphics card; to draw on the card, "
+         "run without a display (DISPLAY=) or on an X server that uses it.";
+}
+
+class WindowView final : public View {
+ public:
+  WindowView() : remark_(softwareBesideACard()) {}
+
+  void requestSize(int width, int height) override {
+    const ViewSize size = adoptSize({width, height});
+    glutReshapeWindow(size.width, size.height);
+  }
+
+  void cover() override {
+    obscuringWindow.emplace();
+    firstPass = true;
+  }
+
+  void run() override { glutMainLoop(); }
+
+  std::string remark() const override { return remark_; }
+  Services& services() override { return gtkServices(); }
+  const WindowSystem& windowSystem() const override { return glxWindowSystem(); }
+
+ private:
+  std::string remark_;
+};
+
+}  // namespace
+
+bool displayNamed(int argc, const char* const* argv) {
+  const char* const named = std::getenv("DISPLAY");
+  const auto namesOne = [](const char* argument) {
+    return std::string_view(argument) == "-display";
+  };
+  return (named != nullptr && *named != '\0') || std::any_of(argv, argv + argc, namesOne);
+}
+
+View* openWindow(int* argc, char** argv) {
+  XSetIOErrorHandler(connectionLost);
+  glutInitErrorFunc(glutFailed);
+  glutInitWarningFunc([](const char* /*format*/, va_list /*arguments*/) {});
+  glutInit(argc, argv);
+  const XErrorHandler handlerBefore = XSetErrorHandler(windowFailed);
+  std::atexit([] { exiting = true; });
+  glutInitDisplayString("rgba double depth=32");
+  glutInitWindowSize(kInitialViewSide, kInitialViewSide);
+  glutCreateWindow("SorvantaTest");
+  glutShowWindow();
+  if (glGetString(GL_VERSION) == nullptr) {
+    endWithoutOpenGL("the window has no context");
+  }
+  XSetErrorHandler(handlerBefore);
+  glutInitWarningFunc(nullptr);
   glutDisplayFunc(display);
   glutReshapeFunc(reshape);
   glutKeyboardFunc(keyboard);
   glutIdleFunc(idle);
   glutWindowStatusFunc(windowStatus);
   glutCloseFunc(windowClosed);
-}
-
-void requestWindowSize(int width, int height) {
-  const Size asked{width, height};
-  const Size size = usableSize(asked);
-  if (size != asked) {
-    std::cerr << "Sorvanta: a window of " << width << " by " << height
-              << " pixels cannot be made; it will be " << size.width << " by " << size.height
-              << ".\n";
-  }
-  vpt->setBounds(static_cast<unsigned int>(size.width), static_cast<unsigned int>(size.height));
-  glutReshapeWindow(size.width, size.height);
-}
-
-void createObscuringWindow() {
-  obscuringWindow.emplace();
-  firstPass = true;
+  return new WindowView;
 }

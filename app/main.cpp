@@ -1,63 +1,71 @@
-#include <cstdlib>
 #include <iostream>
 #include <new>
-
-#include <GL/freeglut.h>
+#include <string>
 
 #include "app/Application.h"
 #include "app/CommandLine.h"
+#include "app/Headless.h"
 #include "app/Reporting.h"
 #include "app/Window.h"
-#include "platform/gl/ContextTable.h"
+#include "engine/Support.h"
+#include "platform/gl/FixedFunction.h"
+#include "platform/gl/RendererLine.h"
+#include "platform/process/Sentences.h"
+#include "platform/process/StandardStreams.h"
 
+View* view = nullptr;
 SorvantaTest* vpt = nullptr;
 PerformanceHistory* perfHistory = nullptr;
 
 namespace {
 
-void printRenderer() {
-  std::cout << glGetString(GL_RENDERER) << ", " << glGetString(GL_VERSION) << std::endl;
-}
-
-/// A figure of a range method without ranges must not pass for one with them.
-void warnOfMissingRange() {
-  const DrawMethod method = vpt->getDrawMethod();
-  const unsigned int needed = method == kDrawArraysWithVertArrayRng ? vpt->modelVertexCount()
-                              : method == kDrawArraysWithVertArrayObjects
-                                  ? vpt->modelTriangleCountPerStrip()
-                                  : 0;
-  if (needed > vpt->maxVertexArraySize()) {
-    std::cerr << "Sorvanta: a vertex array range covers at most " << vpt->maxVertexArraySize()
-              << " vertices here, too few for this model; it is drawn from plain client arrays.\n";
+void requireFixedFunction() {
+  if (const std::string trouble = whyNoFixedFunction(); !trouble.empty()) {
+    endWith(trouble);
   }
 }
 
-/// Nor may one of -m without the driver's own table.
-void warnOfMissingTable() {
-  if (vpt->getMacros() && !CGLGetCurrentContext()->ownTable) {
-    std::cerr << "Sorvanta: this OpenGL driver does not expose its table of entry points; -m calls "
-                 "the functions of glXGetProcAddress.\n";
+/// A figure of something else must not pass for one of what was asked for.
+void warnOf(const Support& support) {
+  if (support.as == Support::As::kSomethingElse) {
+    warn(support.sentence);
   }
+}
+
+void warnOfThisRun() {
+  if (!view->remark().empty()) {
+    warn(view->remark());
+  }
+  warnOf(supportOf(*vpt, vpt->getDrawMethod()));
+  warnOf(supportOfColors(*vpt));
+  if (vpt->getMacros()) {
+    warnOf(supportOfMacros());
+  }
+}
+
+void warnOfThisBuild() {
+#ifndef __OPTIMIZE__
+  warn("this build is not optimised; its figures show its own cost beside the driver's.");
+#endif
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::set_new_handler([] {
-    std::cerr << "Sorvanta: there is not enough memory.\n";
-    std::exit(EXIT_FAILURE);
-  });
-  openWindow(&argc, argv);
+  occupyClosedStreams();
+  std::set_new_handler([] { endWith("there is not enough memory."); });
+  warnOfThisBuild();
+  view = displayNamed(argc, argv) ? openWindow(&argc, argv) : openHeadless(&argc, argv);
+  requireFixedFunction();
   perfHistory = new PerformanceHistory;
   vpt = new SorvantaTest(perfHistory);
-  connectCallbacks();
   vpt->initGL();
   parseCmdLineArgs(argc, argv);
   if (!report.terse) {
-    printRenderer();
+    std::cout << rendererLine() << '\n';
+    flushOutput();
   }
-  warnOfMissingRange();
-  warnOfMissingTable();
-  glutMainLoop();
+  warnOfThisRun();
+  view->run();
   return 0;
 }

@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr std::uint64_t kLeastMeasuredTime = 100000;  // microseconds
-
 /// Which of the two jitters the next rotating frame takes, and which background it has.
 int frameNum = 0;
 
@@ -39,7 +37,7 @@ void SorvantaTest::draw() {
   setCurrentColor();
   bindVertices();
   if (method.bind != nullptr) {
-    method.bind(*this);
+    (this->*method.bind)();
   }
 
   const GLclampf background = frameNum != 0 ? 0 : 1;
@@ -55,7 +53,7 @@ void SorvantaTest::draw() {
   switchLightsOff();
   releaseAttributeArrays();
   if (method.release != nullptr) {
-    method.release(*this);
+    (this->*method.release)();
   }
 }
 
@@ -134,7 +132,7 @@ void SorvantaTest::setCurrentColor() {
 }
 
 /// So many that one pass of the timing loop submits about 20,000 triangles, but at least ten, which
-/// is more from detail 32 on.
+/// is more from detail 32 on, and at most 2000, which is less below detail 3.
 int SorvantaTest::repsPerPass() const {
   constexpr float kTriangleBudget = 20000;
   constexpr int kFewest = 10;
@@ -145,24 +143,31 @@ int SorvantaTest::repsPerPass() const {
 
 void SorvantaTest::measure(const DrawMethodTraits& method, int reps) {
   const auto submit = method.submit;
+  const std::uint64_t leastTime = leastMeasuredTime;
   std::uint64_t repetitions = 0;
 
+  if (observer != nullptr) {
+    observer->measuringBegins();
+  }
   const std::uint64_t start = getTime();
   std::uint64_t now = 0;
   do {
-    submit(*this, reps);
+    (this->*submit)(reps);
     glFlush();
     now = getTime();
     repetitions += static_cast<std::uint64_t>(reps);
-  } while (now - start < kLeastMeasuredTime);
+  } while (now - start < leastTime);
   glFinish();
   const std::uint64_t elapsed = getTime() - start;
+  if (observer != nullptr) {
+    observer->measuringEnded();
+  }
 
   const std::uint64_t primitivesPerModel =
       countsQuads(primitiveMode) ? modelTriangleCount() / 2 : modelTriangleCount();
-  const std::uint64_t primitives = primitivesPerModel * repetitions;
-  perfHistory->addSample(
-      static_cast<float>(static_cast<double>(primitives) / static_cast<double>(elapsed)));
+  measurement = {primitivesPerModel * repetitions, elapsed};
+  perfHistory->addSample(static_cast<float>(static_cast<double>(measurement.primitives) /
+                                            static_cast<double>(elapsed)));
 }
 
 void SorvantaTest::copyFrameToTextures() {

@@ -1,13 +1,14 @@
 #include "engine/Memory.h"
 
-#include <cstdio>
+#include <string>
+
+#include "platform/process/Sentences.h"
 
 void* allocateOrExit(std::size_t bytes, const char* purpose) {
   void* const memory = std::malloc(bytes);
   if (memory == nullptr) {
-    std::fprintf(stderr, "Sorvanta: the system refuses %zu bytes of memory for %s.\n", bytes,
-                 purpose);
-    std::exit(EXIT_FAILURE);
+    endWith("the system refuses " + std::to_string(bytes) + " bytes of memory for " + purpose +
+            '.');
   }
   return memory;
 }

@@ -1,8 +1,10 @@
 /// Construction, settings and the rebuilds that they trigger.
 #include <algorithm>
+#include <cstdlib>
 
 #include "engine/Assertion.h"
 #include "engine/SorvantaTest.h"
+#include "engine/Support.h"
 #include "platform/gl/Driver.h"
 
 namespace {
@@ -39,7 +41,11 @@ void SorvantaTest::setZoom(float z) {
 }
 
 void SorvantaTest::setPrimitive(Primitive p) {
-  primitiveMode = kPrimitives.at(p).mode;
+  const auto index = static_cast<std::size_t>(p);
+  if (index >= kPrimitiveModes.size()) {
+    std::abort();
+  }
+  primitiveMode = kPrimitiveModes[index];
   updateVertices();
   updateDataStructures();
 }
@@ -113,6 +119,11 @@ void SorvantaTest::setMacros(bool on) {
   perfHistory->clearSamples();
 }
 
+void SorvantaTest::setLeastMeasuredTime(std::uint64_t microseconds) {
+  leastMeasuredTime = microseconds;
+  perfHistory->clearSamples();
+}
+
 void SorvantaTest::setTextureCopies() {
   textureCopies = !textureCopies;
 }
@@ -130,12 +141,14 @@ unsigned int SorvantaTest::maxVertexArraySize() const {
 }
 
 void SorvantaTest::updateDataStructures() {
+  deleteRetainedModel();
   deleteVertexBufferObjects();
   deleteVertexArrayObjects();
   deleteDisplayList();
   driver().vertexArrayRange->releaseKeptStorage();
-  if (const auto rebuild = traitsOf(drawMethod).rebuild) {
-    rebuild(*this);
+  const auto rebuild = traitsOf(drawMethod).rebuild;
+  if (rebuild != nullptr && supportOf(*this, drawMethod).as != Support::As::kNothing) {
+    (this->*rebuild)();
   }
   perfHistory->clearSamples();
 }

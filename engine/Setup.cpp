@@ -1,7 +1,8 @@
-/// One-time GL set-up, and the projection.
+/// GL set-up, once per object, and the projection.
 #include <array>
 #include <iostream>
 
+#include "engine/Assertion.h"
 #include "engine/SorvantaTest.h"
 #include "platform/gl/Driver.h"
 #include "textures/Textures.h"
@@ -32,6 +33,7 @@ constexpr GLfloat kLightDiffuse[kLightCount][4] = {
 }  // namespace
 
 void SorvantaTest::initGL() {
+  SORVANTA_ASSERT(!glInitialized);
   detectDriver();
   glClearColor(0, 0, 0, 1);
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);

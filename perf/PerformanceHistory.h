@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <deque>
 
-/// Samples are frame rates in millions of primitives per second, but nothing here depends on that.
+/// Samples are rates in millions of primitives per second, but nothing here depends on that.
 class PerformanceHistory {
  public:
   static constexpr int kDefaultQueueSize = 30;

@@ -9,7 +9,8 @@ extern "C" int dlclose(void* /*library*/) {
 // NOLINTBEGIN(bugprone-reserved-identifier): the sanitizers' names
 extern "C" const char* __lsan_default_suppressions() {
   // GLib: strings that GTK's file chooser keeps at times; ours are all g_autofree.
-  return "leak:libfontconfig.so\nleak:libglib-2.0.so\nleak:swrast_dri.so\n";
+  return "leak:libfontconfig.so\nleak:libglib-2.0.so\n"
+         "leak:swrast_dri.so\nleak:zink_dri.so\nleak:libvulkan_lvp.so\nleak:libgallium\n";
 }
 extern "C" const char* __lsan_default_options() {
   return "print_suppressions=0";

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/Fakes.h"
-#include "tests/support/GlWindow.h"
+#include "tests/support/GlContext.h"
 #include "textures/Textures.h"
 
 namespace {
@@ -52,7 +52,7 @@ Numbers bound() {
 class Textures : public testing::Test {
  protected:
   Textures() {
-    needGlWindow();
+    needGlContext();
     fakeServices = FakeServices();
   }
   ~Textures() override { EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR}); }
@@ -102,6 +102,9 @@ TEST_F(Textures, PicturesAreUprightAndCroppedFromTheBottomLeft) {
   EXPECT_EQ(texel(3, 3), Numbers({3, 0, 200, 255}));
   EXPECT_EQ(upload(picture(101, 70, 3, 1))[5], 101);  // other padding no row length can express
   EXPECT_EQ(texel(63, 0), Numbers({63, 69, 200, 255}));
+  int most = 0;
+  glGetIntegerv(GL_MAX_TEXTURE_SIZE, &most);
+  EXPECT_EQ(upload(picture(4 * most, 2)), Numbers({made, most, 2, GL_RGB, GL_LINEAR, 4 * most}));
   EXPECT_EQ(upload(picture(0, 0)), Numbers({made, 1, 1, GL_RGB, GL_LINEAR, 0}));
 }
 
@@ -121,10 +124,8 @@ TEST_F(Textures, AMissingResourceIsAskedForAndElseReplacedByABlueLabel) {
     EXPECT_EQ(load("logo"), prompts);
     EXPECT_EQ(bound(), Numbers({static_cast<int>(name), 128, 128, GL_RGBA, GL_LINEAR, 128}));
     EXPECT_EQ(width, -1);
-    const TextRequest& drawn = fakeServices.drawn;
-    EXPECT_EQ(drawn.text + drawn.fontName, " 0 0 0 0 0 0 0 0 0 0 0 0 0 0Helvetica");
-    EXPECT_EQ(Numbers({drawn.fontSize, drawn.red == 0, drawn.green == 0, drawn.blue == 1}),
-              Numbers({36, 1, 1, 1}));
+    EXPECT_EQ(fakeServices.drawn.back(),
+              "Helvetica 36 128 128 0 0 1 [ 0 0 0 0 0 0 0 0 0 0 0 0 0 0]");
   }
 
   // While a prompt is open, nothing is loaded.

@@ -20,9 +20,16 @@ std::uint8_t lowByte(int value) {
   return static_cast<std::uint8_t>(value & 0xFF);
 }
 
-/// The largest power of two not above `side`; 1 for anything smaller.
-int powerOfTwoWithin(float side) {
-  const int whole = std::max(static_cast<int>(side), 1);
+/// The largest side of a texture that the driver takes.
+int largestSide() {
+  GLint side = 0;
+  glGetIntegerv(GL_MAX_TEXTURE_SIZE, &side);
+  return side;
+}
+
+/// The largest power of two not above `side` and not more than `most`; 1 for anything smaller.
+int powerOfTwoWithin(float side, int most) {
+  const int whole = std::clamp(static_cast<int>(side), 1, std::max(most, 1));
   return static_cast<int>(std::bit_floor(static_cast<unsigned int>(whole)));
 }
 
@@ -107,8 +114,9 @@ void TextureFromNSImage(const Bitmap& image, GLuint* texture, int* width, int* h
     return;
   }
   const GLenum format = image.hasAlpha ? GL_RGBA : GL_RGB;
-  const int textureWidth = powerOfTwoWithin(image.width);
-  const int textureHeight = powerOfTwoWithin(image.height);
+  const int most = largestSide();
+  const int textureWidth = powerOfTwoWithin(image.width, most);
+  const int textureHeight = powerOfTwoWithin(image.height, most);
 
   // Double precision: a large product rounded to float could fall short of the rows. A picture
   // with an empty side still gets the one texel that the upload reads.

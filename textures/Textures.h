@@ -6,7 +6,7 @@
 #pragma once
 
 #include "platform/gl/GL.h"
-#include "textures/Services.h"
+#include "platform/services/Services.h"
 
 /// Uploads vertical stripes 8 texels wide: of every four, the one chosen by `phase` has the given
 /// colour (the low 8 bits of each argument), the others are mid-grey; alpha is 128 everywhere.
@@ -18,9 +18,9 @@ void GenerateStripeTexture(unsigned long texture, int phase, int width, int heig
 void StringToTexture(const char* text, const char* fontName, int fontSize, GLuint* texture,
                      unsigned int width, unsigned int height, float red, float green, float blue);
 
-/// Uploads the bottom-left part of `image` whose sides are the largest powers of two that fit,
-/// and stores that size. Pictures that are neither 24-bit RGB nor 32-bit RGBA are left alone: no
-/// GL call is made and the sizes are not written.
+/// Uploads the bottom-left part of `image` whose sides are the largest powers of two that fit and
+/// that the driver takes, and stores that size. Pictures that are neither 24-bit RGB nor 32-bit
+/// RGBA are left alone: no GL call is made and the sizes are not written.
 void TextureFromNSImage(const Bitmap& image, GLuint* texture, int* width, int* height);
 
 /// Uploads the resource `name`. Where it is missing the user is asked to locate it, and where that

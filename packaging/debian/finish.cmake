@@ -9,8 +9,9 @@ file(REMOVE ${doc}/LICENSE)
 file(RENAME ${doc}/CHANGELOG.md ${doc}/changelog)
 file(COPY ${CMAKE_CURRENT_LIST_DIR}/changelog.Debian ${CMAKE_CURRENT_LIST_DIR}/copyright
      DESTINATION ${doc} FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
-execute_process(COMMAND gzip --best --no-name ${doc}/changelog ${doc}/changelog.Debian
-                        ${usr}/share/man/man1/Sorvanta.1
+file(GLOB pages ${usr}/share/man/man1/*)
+file(GLOB programs ${usr}/bin/*)
+execute_process(COMMAND gzip --best --no-name ${doc}/changelog ${doc}/changelog.Debian ${pages}
                 COMMAND_ERROR_IS_FATAL ANY)
-execute_process(COMMAND strip --remove-section=.comment --remove-section=.note ${usr}/bin/Sorvanta
+execute_process(COMMAND strip --remove-section=.comment --remove-section=.note ${programs}
                 COMMAND_ERROR_IS_FATAL ANY)

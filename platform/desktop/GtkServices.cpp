@@ -1,30 +1,12 @@
-// The services that textures ask for, as GTK and the libraries under it provide them.
+#include "platform/desktop/GtkServices.h"
 
-#include "platform/desktop/DrawnText.h"
-#include "platform/desktop/Pictures.h"
 #include "platform/desktop/Prompts.h"
-#include "platform/desktop/Resources.h"
-#include "textures/Services.h"
+#include "platform/services/WindowlessServices.h"
 
 namespace {
 
-class GtkServices : public Services {
+class GtkServices final : public WindowlessServices {
  public:
-  std::optional<Bitmap> imageNamed(const std::string& name) override {
-    for (const std::string& path : resourcePaths(name)) {
-      if (std::optional<Bitmap> picture = decodePicture(path)) {
-        return picture;
-      }
-    }
-    return std::nullopt;
-  }
-
-  std::optional<Bitmap> imageFromFile(const std::string& path) override {
-    return decodePicture(path);
-  }
-
-  Bitmap drawText(const TextRequest& request) override { return drawnText(request); }
-
   void runAlert(const std::string& title, const std::string& message,
                 const std::string& button) override {
     runAlertPrompt(title, message, button);
@@ -35,7 +17,7 @@ class GtkServices : public Services {
 
 }  // namespace
 
-Services& services() {
+Services& gtkServices() {
   static GtkServices instance;
   return instance;
 }

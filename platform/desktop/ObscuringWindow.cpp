@@ -1,11 +1,9 @@
 #include "platform/desktop/ObscuringWindow.h"
 
-#include <cstdio>
-#include <cstdlib>
-
 #include <gtk/gtk.h>
 
 #include "platform/desktop/GtkSession.h"
+#include "platform/process/Sentences.h"
 
 namespace {
 
@@ -19,8 +17,7 @@ GdkRectangle firstMonitor() {
 
 ObscuringWindow::ObscuringWindow() {
   if (!startGtk()) {
-    std::fputs("Sorvanta: the obscuring window cannot be opened on this display.\n", stderr);
-    std::exit(1);
+    endWith("the obscuring window cannot be opened on this display.");
   }
   const GdkRectangle area = firstMonitor();
   window_ = gtk_window_new(GTK_WINDOW_TOPLEVEL);

@@ -1,10 +1,9 @@
 #include "platform/desktop/Prompts.h"
 
-#include <cstdio>
-
 #include <gtk/gtk.h>
 
 #include "platform/desktop/GtkSession.h"
+#include "platform/process/Sentences.h"
 
 namespace {
 
@@ -12,9 +11,7 @@ bool canPrompt() {
   static const bool able = [] {
     const bool started = startGtk();
     if (!started) {
-      std::fputs(
-          "Sorvanta: windows cannot be opened on this display; prompts count as cancelled.\n",
-          stderr);
+      warn("windows cannot be opened on this display; prompts count as cancelled.");
     }
     return started;
   }();

@@ -4,8 +4,6 @@
 
 #include <unistd.h>
 
-#include "platform/gl/BufferMemory.h"
-
 namespace {
 
 /// One kind of client array: what to ask GL about it and how to point it. Kinds without a size
@@ -42,15 +40,9 @@ GLint integer(GLenum name) {
   return value;
 }
 
-/// Gives a new buffer its store, or ends the program: draws from a buffer without one are blank.
-void makeStore(GLenum target, GLuint buffer, std::size_t size, const void* data, GLenum usage) {
-  GLint made = 0;  // stays so where the driver refuses
+void makeStoreOf(GLuint buffer, GLenum target, std::size_t size, const void* data, GLenum usage) {
   glBindBufferARB(target, buffer);
-  glBufferDataARB(target, static_cast<GLsizeiptrARB>(size), data, usage);
-  glGetBufferParameterivARB(target, GL_BUFFER_SIZE, &made);
-  if (made == 0) {
-    endWithoutBuffer(size);
-  }
+  makeStore(target, size, data, usage);
   glBindBufferARB(target, 0);
 }
 
@@ -66,7 +58,7 @@ BufferRange::Backing BufferRange::makeBacking(GLsizei size, void* memory) const 
   if (storage_ == Storage::kFilled) {
     backing.base = static_cast<std::byte*>(memory);
     backing.size = static_cast<std::size_t>(size);
-    makeStore(GL_ARRAY_BUFFER, backing.buffer, backing.size, nullptr, GL_STATIC_DRAW);
+    makeStoreOf(backing.buffer, GL_ARRAY_BUFFER, backing.size, nullptr, GL_STATIC_DRAW);
     return backing;
   }
   // Only whole pages can be pinned; neighbouring ranges may share some.
@@ -77,8 +69,8 @@ BufferRange::Backing BufferRange::makeBacking(GLsizei size, void* memory) const 
       ~(page - 1);
   backing.base = reinterpret_cast<const std::byte*>(first);
   backing.size = end - first;
-  makeStore(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, backing.buffer, backing.size, backing.base,
-            GL_STREAM_DRAW);
+  makeStoreOf(backing.buffer, GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, backing.size, backing.base,
+              GL_STREAM_DRAW);
   return backing;
 }
 

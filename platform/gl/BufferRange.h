@@ -5,11 +5,8 @@
 #include <cstddef>
 #include <unordered_map>
 
+#include "platform/gl/DriverMemory.h"
 #include "platform/gl/VertexArrayRange.h"
-
-/// Ranges above this are not made on any driver: sizes are GLsizei, and drivers have crashed
-/// drawing from larger ones.
-constexpr GLuint kLargestRange = 0x7FFFFFFF;
 
 class BufferRange final : public VertexArrayRange {
  public:
@@ -21,7 +18,7 @@ class BufferRange final : public VertexArrayRange {
   explicit BufferRange(Storage storage) : storage_(storage) {}
 
   GLuint maximumVertices(GLuint bytesPerVertex) const override {
-    return kLargestRange / bytesPerVertex;
+    return kLargestBuffer / bytesPerVertex;
   }
   void declare(GLuint object, GLsizei size, void* memory) override;
   void enable() override;

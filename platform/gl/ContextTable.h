@@ -35,9 +35,9 @@ struct ContextTable {
 
 struct ContextObject {
   RendererHandle renderer = nullptr;
-  /// Whether the table is the driver's own; else the driver hides it, and this one holds the
-  /// functions of glXGetProcAddress.
-  bool ownTable = false;
+  /// Null where the table is the driver's own; else the driver hides it, this one holds what the
+  /// window system's look-up gives, and this is the look-up's name.
+  const char* lookedUpWith = nullptr;
   ContextTable table;
 };
 

@@ -1,30 +1,41 @@
-#include <cstring>
+#include <array>
+#include <string>
+#include <string_view>
 
-#include <GL/glx.h>
 #include <dlfcn.h>
 
 #include "platform/gl/ContextTable.h"
+#include "platform/gl/WindowSystem.h"
+#include "platform/process/LoadedLibraries.h"
 
 namespace {
 
 using AnyFunction = void (*)();
+
+/// Where Mesa keeps its tables: a library, by the beginning of its file name, and what the names of
+/// its functions begin with there: libglapi, or from Mesa 25 on the driver's own library.
+struct TableLibrary {
+  std::string_view file;
+  std::string functions;
+};
+
+const std::array<TableLibrary, 2> kTableLibraries = {{
+    {"libglapi.so.", "_glapi_"},
+    {"libgallium-", "_mesa_glapi_"},
+}};
 
 /// Mesa's table of the current context, where the loaded Mesa exposes it and the current context
 /// is one of Mesa's; without such a context there is still a table, but its calls go nowhere.
 class MesaTable {
  public:
   MesaTable() {
-    void* const library = dlopen("libglapi.so.0", RTLD_LAZY | RTLD_NOLOAD);
-    if (library == nullptr) {
-      return;
-    }
-    const auto currentContext = reinterpret_cast<void* (*)()>(dlsym(library, "_glapi_get_context"));
-    const auto currentTable =
-        reinterpret_cast<AnyFunction* (*)()>(dlsym(library, "_glapi_get_dispatch"));
-    slotOf_ = reinterpret_cast<int (*)(const char*)>(dlsym(library, "_glapi_get_proc_offset"));
-    if (currentContext != nullptr && currentTable != nullptr && slotOf_ != nullptr &&
-        currentContext() != nullptr) {
-      table_ = currentTable();
+    for (const std::string& path : pathsOfLoadedLibraries()) {
+      const std::string_view file = std::string_view(path).substr(path.rfind('/') + 1);
+      for (const TableLibrary& library : kTableLibraries) {
+        if (table_ == nullptr && file.starts_with(library.file)) {
+          lookInto(path, library.functions);
+        }
+      }
     }
   }
 
@@ -37,6 +48,21 @@ class MesaTable {
   }
 
  private:
+  void lookInto(const std::string& path, const std::string& prefix) {
+    void* const library = dlopen(path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+    if (library == nullptr) {
+      return;
+    }
+    const auto function = [&](const char* name) { return dlsym(library, (prefix + name).c_str()); };
+    const auto currentContext = reinterpret_cast<void* (*)()>(function("get_context"));
+    const auto currentTable = reinterpret_cast<AnyFunction* (*)()>(function("get_dispatch"));
+    slotOf_ = reinterpret_cast<int (*)(const char*)>(function("get_proc_offset"));
+    if (currentContext != nullptr && currentTable != nullptr && slotOf_ != nullptr &&
+        currentContext() != nullptr) {
+      table_ = currentTable();
+    }
+  }
+
   int (*slotOf_)(const char*) = nullptr;
   const AnyFunction* table_ = nullptr;
 };
@@ -45,16 +71,16 @@ template <typename Function>
 void fill(ContextEntry<Function>& entry, const MesaTable& mesa, const char* name) {
   AnyFunction function = mesa.entry(name);
   if (function == nullptr) {
-    function = glXGetProcAddressARB(reinterpret_cast<const GLubyte*>(name));
+    function = windowSystem().functionAddress(name);
   }
   if (function != nullptr) {
     entry = reinterpret_cast<Function*>(function);
   }
 }
 
-ContextObject lookAt(GLXContext context) {
+ContextObject lookAt(RendererHandle context) {
   const MesaTable mesa;
-  ContextObject object{context, mesa.exposed(), {}};
+  ContextObject object{context, mesa.exposed() ? nullptr : windowSystem().addressFunction, {}};
 #define GL_DISPATCHED(name, parameters, arguments) fill(object.table.name, mesa, "gl" #name);
 #include "platform/gl/EntryPoints.def"
   return object;
@@ -64,7 +90,7 @@ ContextObject lookAt(GLXContext context) {
 
 CGLContextObj CGLGetCurrentContext() {
   static ContextObject known;
-  const GLXContext current = glXGetCurrentContext();
+  const RendererHandle current = windowSystem().currentContext();
   if (known.renderer != current) {
     known = lookAt(current);
   }

@@ -1,10 +1,14 @@
 #include "platform/gl/Driver.h"
 
 #include <array>
+#include <cstdio>
 #include <cstdlib>
-#include <string_view>
+#include <string>
+#include <utility>
 
 #include <unistd.h>
+
+#include "platform/gl/RendererLine.h"
 
 #ifndef GL_MAX_VERTEX_ARRAY_RANGE_ELEMENT_APPLE
 #define GL_MAX_VERTEX_ARRAY_RANGE_ELEMENT_APPLE 0x8520
@@ -14,21 +18,13 @@ namespace {
 
 Driver current;
 
-std::string_view glString(GLenum name) {
-  const auto* text = reinterpret_cast<const char*>(glGetString(name));
-  return text != nullptr ? text : "";
-}
-
-/// libGL exports functions that the driver may not have, so only these strings tell.
-bool hasExtension(std::string_view name) {
-  const std::string_view all = glString(GL_EXTENSIONS);
-  for (std::size_t at = all.find(name); at != std::string_view::npos; at = all.find(name, at + 1)) {
-    const std::size_t end = at + name.size();
-    if ((at == 0 || all[at - 1] == ' ') && (end == all.size() || all[end] == ' ')) {
-      return true;
-    }
-  }
-  return false;
+/// Whether the context's OpenGL is that version or a later one.
+bool hasVersion(int major, int minor) {
+  const std::string version = glText(GL_VERSION);  // begins with "MAJOR.MINOR"
+  int hasMajor = 0;
+  int hasMinor = 0;
+  return std::sscanf(version.c_str(), "%d.%d", &hasMajor, &hasMinor) == 2 &&
+         std::pair(hasMajor, hasMinor) >= std::pair(major, minor);
 }
 
 /// Whether the driver takes a page of ours as a buffer, as its extension string says.
@@ -75,15 +71,29 @@ const Driver& driver() {
   return current;
 }
 
+bool hasExtension(std::string_view name) {
+  const std::string all = ' ' + glText(GL_EXTENSIONS) + ' ';
+  return all.find(' ' + std::string(name) + ' ') != std::string::npos;
+}
+
 void detectDriver() {
   current.compiledVertexArrays = hasExtension("GL_EXT_compiled_vertex_array");
   current.bufferObjects = hasExtension("GL_ARB_vertex_buffer_object");
+  current.debugMessages = hasExtension("GL_KHR_debug");
+  current.multiDraw = hasVersion(1, 4);
+  current.multiDrawIndirect = hasExtension("GL_ARB_multi_draw_indirect");
+  current.mapBufferRange = hasExtension("GL_ARB_map_buffer_range");
+  current.bufferStorage = hasExtension("GL_ARB_buffer_storage");
+  current.fences = hasExtension("GL_ARB_sync");
+  current.primitiveRestart = hasVersion(3, 1)                          ? kCorePrimitiveRestart
+                             : hasExtension("GL_NV_primitive_restart") ? kNvPrimitiveRestart
+                                                                       : PrimitiveRestart{};
   if (hasExtension("GL_APPLE_vertex_array_object")) {
-    current.vertexArrayObjects = kAppleVertexArrayObjects;
+    current.vertexArrayObjects = kAppleVertexArrayFunctions;
   } else if (hasExtension("GL_ARB_vertex_array_object")) {
-    current.vertexArrayObjects = kArbVertexArrayObjects;
+    current.vertexArrayObjects = kArbVertexArrayFunctions;
   } else {
-    current.vertexArrayObjects = kNoVertexArrayObjects;
+    current.vertexArrayObjects = kNoVertexArrayFunctions;
   }
   forceRangeProvider(chooseRangeProvider());
 }

@@ -12,7 +12,7 @@ class NativeRange final : public VertexArrayRange {
   explicit NativeRange(GLuint maximumElements) : maximumElements_(maximumElements) {}
 
   GLuint maximumVertices(GLuint bytesPerVertex) const override {
-    return std::min(maximumElements_, kLargestRange / bytesPerVertex);
+    return std::min(maximumElements_, kLargestBuffer / bytesPerVertex);
   }
   void declare(GLuint /*object*/, GLsizei size, void* memory) override {
     glVertexArrayRangeAPPLE(size, memory);

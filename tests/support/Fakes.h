@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "textures/Services.h"
+#include "platform/services/Services.h"
 
-/// Stands still unless `step` is set.
+/// Stands still unless `step` is set or a call of the recording GL takes time.
 struct FakeClock {
   std::uint64_t now = 1'000'000;  ///< microseconds
   std::uint64_t step = 0;         ///< added by every reading, after it
@@ -23,25 +23,14 @@ struct FakeServices : Services {
   std::optional<std::string> chosen;
   std::function<void()> whilePrompting = [] {};
   std::vector<std::string> prompts;
-  TextRequest drawn;
+  std::vector<std::string> drawn;  ///< texts: font, size, sides, colour, and the text in brackets
 
-  std::optional<Bitmap> imageNamed(const std::string& name) override {
-    return pictures.contains(name) ? std::optional(pictures[name]) : std::nullopt;
-  }
-  std::optional<Bitmap> imageFromFile(const std::string& path) override { return imageNamed(path); }
-  Bitmap drawText(const TextRequest& request) override {
-    drawn = request;
-    return {true, 32, 512, 128, 128, std::vector<std::uint8_t>(512UL * 128, 128)};
-  }
+  std::optional<Bitmap> imageNamed(const std::string& name) override;
+  std::optional<Bitmap> imageFromFile(const std::string& path) override;
+  Bitmap drawText(const TextRequest& request) override;
   void runAlert(const std::string& title, const std::string& message,
-                const std::string& button) override {
-    prompts.push_back(title + "|" + message + "|" + button);
-    whilePrompting();
-  }
-  std::optional<std::string> runOpenPanel() override {
-    prompts.emplace_back("panel");
-    return chosen;
-  }
+                const std::string& button) override;
+  std::optional<std::string> runOpenPanel() override;
 };
 
 extern FakeClock fakeClock;

@@ -1,19 +1,60 @@
-#include <numeric>
+#include "tests/support/RecordingGl.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include <gtest/gtest.h>
 
 #include "platform/gl/ContextTable.h"
-#include "tests/support/EngineTest.h"
+#include "tests/support/Fakes.h"
 
 FakeDriver fakeDriver;
-Calls calls;
-
-Calls takeCalls() {
-  return std::exchange(calls, {});
-}
 
 namespace {
 
+Calls calls;
+GLenum error = GL_NO_ERROR;
+
+/// What a call leaves beside what it is for.
+void leaveTraces(const char* name) {
+  if (const auto taken = fakeDriver.takes.find(name); taken != fakeDriver.takes.end()) {
+    fakeClock.now += taken->second;
+  }
+  if (const auto left = fakeDriver.errors.find(name); left != fakeDriver.errors.end()) {
+    error = left->second;
+  }
+}
+
+/// Gives names back that a command deletes: of buffers and objects one at a time.
+void forget(GLsizei /*count*/, GLuint name) {
+  EXPECT_EQ(fakeDriver.names.erase(name), 1U);
+}
+void forget(GLuint list, GLsizei count) {
+  forget(count, list);
+}
+void forget(GLsync fence) {
+  forget(1, static_cast<GLuint>(reinterpret_cast<std::uintptr_t>(fence)));
+}
+template <typename... Arguments>
+void forget(Arguments... /*of other commands*/) {}
+
 auto keep(const char* name) {
-  return [=](auto... arguments) { calls += call(name, arguments...); };
+  return [=](auto... arguments) {
+    calls += call(name, arguments...);
+    if (std::string_view(name).starts_with("glDelete")) {
+      forget(arguments...);
+    }
+    leaveTraces(name);
+  };
+}
+
+GLuint newName() {
+  GLuint name = 1;
+  while (!fakeDriver.names.insert(name).second) {
+    ++name;
+  }
+  return name;
 }
 
 #define GL_DISPATCHED(name, parameters, arguments) \
@@ -24,9 +65,21 @@ auto keep(const char* name) {
 
 }  // namespace
 
+Calls takeCalls() {
+  return std::exchange(calls, {});
+}
+
+int countOf(const Calls& made, const Calls& part) {
+  int count = 0;
+  for (auto at = made.find(part); at != Calls::npos; at = made.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
 CGLContextObj CGLGetCurrentContext() {
   static const ContextObject context = {&fakeDriver,
-                                        true,
+                                        nullptr,
                                         {
 #define GL_DISPATCHED(name, parameters, arguments) context##name,
 #include "platform/gl/EntryPoints.def"
@@ -43,20 +96,43 @@ CGLContextObj CGLGetCurrentContext() {
   void name parameters {                        \
     keep(#name) arguments;                      \
   }
-#define GL_NAMING(name)                                                          \
-  void name(GLsizei n, GLuint* names) {                                          \
-    std::iota(names, names + n, fakeDriver.nextName);                            \
-    keep(#name)(n, std::exchange(fakeDriver.nextName, fakeDriver.nextName + n)); \
+#define GL_NAMING(name)                 \
+  void name(GLsizei n, GLuint* names) { \
+    std::generate_n(names, n, newName); \
+    keep(#name)(n, *names);             \
   }
 #include "platform/gl/EntryPoints.def"
 
+void glDebugMessageCallback(GLDEBUGPROC callback, const void* /*user*/) {
+  keep("glDebugMessageCallback")(callback != nullptr);
+  fakeDriver.onMessage = callback != nullptr ? callback : fakeDriver.onMessage;
+}
 GLuint glGenLists(GLsizei range) {
-  keep("glGenLists")(range, fakeDriver.nextName);
-  return fakeDriver.nextName++;
+  const GLuint list = newName();
+  keep("glGenLists")(range, list);
+  return list;
 }
 void* glMapBufferARB(GLenum target, GLenum access) {
   keep("glMapBufferARB")(target, access);
   return fakeDriver.buffer.empty() ? nullptr : fakeDriver.buffer.data();
+}
+void* glMapBufferRange(GLenum target, GLintptr offset, GLsizeiptr length, GLbitfield access) {
+  keep("glMapBufferRange")(target, offset, length, access);
+  return fakeDriver.buffer.empty() ? nullptr : fakeDriver.buffer.data();
+}
+GLsync glFenceSync(GLenum /*condition*/, GLbitfield /*flags*/) {
+  auto* const sync = reinterpret_cast<GLsync>(std::uintptr_t{newName()});
+  keep("glFenceSync")(sync);
+  return sync;
+}
+GLenum glClientWaitSync(GLsync sync, GLbitfield flags, GLuint64 timeout) {
+  keep("glClientWaitSync")(sync, flags, timeout);
+  if (fakeDriver.waits.empty()) {
+    return GL_ALREADY_SIGNALED;
+  }
+  const GLenum found = fakeDriver.waits.back();
+  fakeDriver.waits.pop_back();
+  return found;
 }
 GLboolean glUnmapBufferARB(GLenum target) {
   keep("glUnmapBufferARB")(target);
@@ -65,12 +141,13 @@ GLboolean glUnmapBufferARB(GLenum target) {
 
 // Questions change nothing and are not kept.
 GLenum glGetError() {
-  return GL_NO_ERROR;
+  return std::exchange(error, GL_NO_ERROR);
 }
 void glGetBufferParameterivARB(GLenum /*target*/, GLenum name, GLint* value) {
   *value = fakeDriver.integers[name];
 }
 void glGetIntegerv(GLenum name, GLint* values) {
+  leaveTraces("glGetIntegerv");
   *values = fakeDriver.integers[name];
 }
 void glGetPointerv(GLenum /*name*/, void** pointer) {
@@ -79,6 +156,7 @@ void glGetPointerv(GLenum /*name*/, void** pointer) {
 GLboolean glIsEnabled(GLenum /*capability*/) {
   return GL_FALSE;
 }
-const GLubyte* glGetString(GLenum /*name*/) {
-  return reinterpret_cast<const GLubyte*>(fakeDriver.extensions.c_str());
+const GLubyte* glGetString(GLenum name) {
+  const std::string& text = name == GL_VERSION ? fakeDriver.version : fakeDriver.extensions;
+  return reinterpret_cast<const GLubyte*>(text.c_str());
 }

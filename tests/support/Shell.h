@@ -37,6 +37,12 @@ inline std::string shell(const std::string& script) {
   return text;
 }
 
+/// Part of the name of the renderer that a test is repeated on; empty where any will do.
+inline std::string wantedRenderer() {
+  const char* const name = std::getenv("SORVANTA_TEST_RENDERER");
+  return name != nullptr ? name : "";
+}
+
 /// Starts a server with one screen of 1280 by 1024 pixels and sets $DISPLAY. It ends with this
 /// process. Without -noreset it would start over when its last client leaves.
 inline void needXServer() {
@@ -44,6 +50,10 @@ inline void needXServer() {
   const std::string start = "Xvfb -displayfd 3 -noreset -screen 0 1280x1024x24 3> " + file +
                             " 2> /dev/null & cat; kill $!; rm " + file;
   static FILE* const server = popen(start.c_str(), "we");
-  poll([&] { return server == nullptr || shell("cat " + file).ends_with('\n'); });
-  setenv("DISPLAY", shell("echo -n :$(cat " + file + ")").c_str(), 1);
+  std::string number;
+  poll([&] {
+    number = shell("cat " + file + " 2> /dev/null");
+    return server == nullptr || number.ends_with('\n');
+  });
+  setenv("DISPLAY", (":" + number.substr(0, number.find('\n'))).c_str(), 1);
 }

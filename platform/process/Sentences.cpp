@@ -1,0 +1,16 @@
+#include "platform/process/Sentences.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include <errno.h>  // NOLINT(modernize-deprecated-headers): the program's name is an extension of it
+
+void warn(std::string_view sentence) {
+  std::fprintf(stderr, "%s: %.*s\n", program_invocation_short_name,
+               static_cast<int>(sentence.size()), sentence.data());
+}
+
+void endWith(std::string_view sentence) {
+  warn(sentence);
+  std::exit(EXIT_FAILURE);
+}

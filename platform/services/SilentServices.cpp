@@ -1,0 +1,6 @@
+#include "platform/services/WindowlessServices.h"
+
+Services& services() {
+  static WindowlessServices instance;
+  return instance;
+}

@@ -1,0 +1,223 @@
+#include "survey/figures/Figures.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <numeric>
+#include <tuple>
+
+#include <fmt/format.h>
+
+#include "survey/statistics/CommonFactor.h"
+#include "survey/statistics/Quantiles.h"
+
+namespace survey {
+namespace {
+
+constexpr double kNanosecondsPerSecond = 1e9;
+
+/// One cell in one block: logarithms of primitives per second.
+struct BlockValue {
+  std::size_t block;
+  double corrected;  ///< without what the machine did to all cells at that time
+  double level;      ///< of the machine on average over the block, the same for all cells of it
+};
+
+Sighting sightingOf(const Visit& visit) {
+  const bool someUndisturbed = std::any_of(visit.frames.begin(), visit.frames.end(),
+                                           [](const Frame& frame) { return !frame.disturbed; });
+  Sighting sighting{visit.cell, {}};
+  for (const Frame& frame : visit.frames) {
+    if (!frame.disturbed || !someUndisturbed) {
+      sighting.values.push_back(std::log(static_cast<double>(frame.primitives) *
+                                         kNanosecondsPerSecond / static_cast<double>(frame.wall)));
+    }
+  }
+  return sighting;
+}
+
+double mean(const std::vector<double>& values) {
+  return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
+}
+
+Interval exponential(const Interval& logarithms) {
+  return {std::exp(logarithms.low), std::exp(logarithms.middle), std::exp(logarithms.high)};
+}
+
+Interval rateOf(const std::vector<BlockValue>& blocks) {
+  std::vector<double> values;
+  values.reserve(blocks.size());
+  for (const BlockValue& block : blocks) {
+    values.push_back(block.corrected + block.level);
+  }
+  return exponential(locate(values));
+}
+
+/// Block by block, where both were measured.
+Interval ratioOf(const std::vector<BlockValue>& blocks, const std::vector<BlockValue>& best) {
+  std::vector<double> values;
+  for (const BlockValue& block : blocks) {
+    const auto same = std::find_if(best.begin(), best.end(),
+                                   [&](const auto& b) { return b.block == block.block; });
+    if (same != best.end()) {
+      values.push_back(block.corrected - same->corrected);
+    }
+  }
+  if (values.empty()) {  // never in one block: the machine's speed is all that joins them
+    const double difference = blocks.front().corrected - best.front().corrected;
+    return exponential(locate(std::vector<double>{difference}));
+  }
+  return exponential(locate(values));
+}
+
+/// On a software renderer timer queries count times of the processor.
+std::optional<double> gpuShareOf(const Record& record, std::size_t cell) {
+  std::vector<double> shares;
+  if (record.driver.software) {
+    return std::nullopt;
+  }
+  for (const Visit& visit : record.visits) {
+    for (const Frame& frame : visit.frames) {
+      if (visit.cell == cell && frame.gpu) {
+        shares.push_back(static_cast<double>(*frame.gpu) / static_cast<double>(frame.wall));
+      }
+    }
+  }
+  return shares.empty() ? std::nullopt : std::optional(median(std::move(shares)));
+}
+
+/// Whether most frames go on after glFinish.
+bool isLate(const Record& record, std::size_t cell) {
+  std::ptrdiff_t balance = 0;
+  for (const Visit& visit : record.visits) {
+    for (const Frame& frame : visit.frames) {
+      if (visit.cell == cell) {
+        balance += frame.late > 0 ? 1 : -1;
+      }
+    }
+  }
+  return balance > 0;
+}
+
+bool isPrecise(const Interval& interval, double percent) {
+  return 100 * interval.halfWidth() <= percent * interval.middle;
+}
+
+/// Ranks a group whose figures have rates.
+void rank(Group& group, const std::vector<std::vector<BlockValue>>& values, double precision) {
+  std::stable_sort(
+      group.ranking.begin(), group.ranking.end(),
+      [](const CellFigure& a, const CellFigure& b) { return a.rate.middle > b.rate.middle; });
+  for (CellFigure& figure : group.ranking) {
+    const bool best = &figure == &group.ranking.front();
+    figure.ratio =
+        best ? Interval{1, 1, 1} : ratioOf(values[figure.cell], values[group.ranking[0].cell]);
+    figure.leads = figure.ratio.high >= 1;
+    figure.precise = isPrecise(group.ranking.size() == 1 ? figure.rate : figure.ratio, precision);
+  }
+}
+
+/// Typical levels of the machine's slow and fast times, beside each other.
+double slowestOf(const CommonFactorFit& fit) {
+  constexpr double kTail = 0.05;
+  return fit.levels.empty()
+             ? 1
+             : std::exp(quantile(fit.levels, kTail) - quantile(fit.levels, 1 - kTail));
+}
+
+struct Fitted {
+  std::vector<std::vector<BlockValue>> values;
+  double slowest = 1;
+};
+
+Fitted fitted(const Record& record) {
+  std::vector<Sighting> sightings;
+  for (const Visit& visit : record.visits) {
+    sightings.push_back(sightingOf(visit));
+  }
+  const CommonFactorFit fit = fitCommonFactor(sightings, record.cells.size());
+
+  std::map<std::size_t, std::vector<double>> levels;
+  std::vector<std::map<std::size_t, std::vector<double>>> corrected(record.cells.size());
+  for (std::size_t i = 0; i < record.visits.size(); ++i) {
+    const Visit& visit = record.visits[i];
+    levels[visit.block].push_back(fit.levels[i]);
+    corrected[visit.cell][visit.block].push_back(fit.corrected[i]);
+  }
+  Fitted result{std::vector<std::vector<BlockValue>>(record.cells.size()), slowestOf(fit)};
+  for (std::size_t cell = 0; cell < corrected.size(); ++cell) {
+    for (const auto& [block, ofVisits] : corrected[cell]) {
+      result.values[cell].push_back({block, median(ofVisits), mean(levels[block])});
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+Figures figuresOf(const Record& record) {
+  const auto [values, slowest] = fitted(record);
+  Figures figures;
+  figures.slowest = slowest;
+  for (const Visit& visit : record.visits) {
+    figures.frames += visit.frames.size();
+    figures.disturbed += static_cast<std::size_t>(std::count_if(
+        visit.frames.begin(), visit.frames.end(), [](const Frame& f) { return f.disturbed; }));
+  }
+
+  // In the order of the cells, which is that of their details.
+  std::vector<std::tuple<std::string, unsigned int, std::string>> keys;
+  for (std::size_t cell = 0; cell < record.cells.size(); ++cell) {
+    const auto& [plan, answer, faults] = record.cells[cell];
+    const std::tuple key(plan.primitive, plan.detail, answer ? answer->sent : plan.with);
+    const auto place = std::find(keys.begin(), keys.end(), key);
+    const auto index = static_cast<std::size_t>(place - keys.begin());
+    if (place == keys.end()) {
+      keys.push_back(key);
+      figures.groups.push_back({plan.primitive, plan.detail, std::get<2>(key), {}, {}});
+    }
+    Group& group = figures.groups[index];
+    figures.failed += faults.empty() ? 0 : 1;
+    if (answer && !answer->hasFigure()) {
+      ++figures.refused;
+    }
+    if (values[cell].empty()) {
+      group.without.push_back(cell);
+      figures.unreached += faults.empty() && (!answer || answer->hasFigure()) ? 1 : 0;
+      continue;
+    }
+    CellFigure figure{.cell = cell, .blocks = values[cell].size(), .rate = rateOf(values[cell])};
+    figure.nanosecondsPerCall = kNanosecondsPerSecond *
+                                static_cast<double>(answer->primitivesPerModel) /
+                                (figure.rate.middle * answer->callsPerModel);
+    figure.gpuShare = gpuShareOf(record, cell);
+    group.ranking.push_back(figure);
+  }
+  for (Group& group : figures.groups) {
+    rank(group, values, record.settings.precision);
+    figures.imprecise += static_cast<std::size_t>(
+        std::count_if(group.ranking.begin(), group.ranking.end(),
+                      [](const CellFigure& figure) { return !figure.precise; }));
+  }
+  return figures;
+}
+
+std::string remarkOn(const Record& record, std::size_t index, bool hasFigure) {
+  const CellRecord& cell = record.cells[index];
+  std::vector<std::string> remarks;
+  if (cell.answer && !cell.answer->sentence.empty()) {
+    remarks.push_back(cell.answer->sentence);
+  }
+  if (!cell.faults.empty()) {
+    remarks.push_back((hasFigure ? "cost a worker once: " : "") + cell.faults.back());
+  } else if (!hasFigure && (!cell.answer || cell.answer->hasFigure())) {
+    remarks.emplace_back("the time did not suffice");
+  }
+  if (isLate(record, index)) {
+    remarks.emplace_back(
+        "glFinish returns before all is drawn; counted is the time until a pixel can be read");
+  }
+  return fmt::format("{}", fmt::join(remarks, "; "));
+}
+
+}  // namespace survey

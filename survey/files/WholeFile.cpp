@@ -1,0 +1,80 @@
+#include "survey/files/WholeFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace survey {
+namespace {
+
+[[noreturn]] void fail(const std::string& path) {
+  throw std::system_error(errno, std::generic_category(), path);
+}
+
+void writeAll(int descriptor, std::string_view content, const std::string& path) {
+  while (!content.empty()) {
+    const ssize_t written = write(descriptor, content.data(), content.size());
+    if (written < 0 && errno != EINTR) {
+      fail(path);
+    }
+    content.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
+  }
+}
+
+class Descriptor {
+ public:
+  explicit Descriptor(int opened) : number(opened) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { close(number); }
+  int get() const { return number; }
+
+ private:
+  int number;
+};
+
+void writeBeside(const std::string& path, std::string_view content) {
+  std::string beside = path + ".XXXXXX";
+  const Descriptor file(mkostemp(beside.data(), O_CLOEXEC));
+  if (file.get() < 0) {
+    fail(path);
+  }
+  try {
+    const mode_t mask = umask(0);
+    umask(mask);
+    writeAll(file.get(), content, path);
+    if (fchmod(file.get(), 0666 & ~mask) != 0 || fsync(file.get()) != 0 ||
+        std::rename(beside.c_str(), path.c_str()) != 0) {
+      fail(path);
+    }
+  } catch (...) {
+    unlink(beside.c_str());
+    throw;
+  }
+}
+
+}  // namespace
+
+void writeWhole(const std::string& path, std::string_view content) {
+  std::error_code unknown;
+  const auto status = std::filesystem::status(path, unknown);
+  if (!std::filesystem::exists(status) || std::filesystem::is_regular_file(status)) {
+    // Through a link, what it points to is replaced.
+    const auto target = std::filesystem::weakly_canonical(path, unknown);
+    writeBeside(unknown ? path : target.string(), content);
+    return;
+  }
+  const Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+  if (file.get() < 0) {
+    fail(path);
+  }
+  writeAll(file.get(), content, path);
+}
+
+}  // namespace survey

@@ -1,0 +1,13 @@
+/// Files that are there as a whole or not at all.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace survey {
+
+/// Writes beside the place and moves there when everything has reached the disk. Throws
+/// std::system_error; what was there before stays then. A pipe or a device is written to directly.
+void writeWhole(const std::string& path, std::string_view content);
+
+}  // namespace survey

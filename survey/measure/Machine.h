@@ -1,0 +1,11 @@
+/// What the machine says of itself, under /proc and /sys. What it does not say stays empty.
+#pragma once
+
+#include "survey/record/Record.h"
+
+namespace survey {
+
+Machine thisMachine();
+MachineState machineNow();
+
+}  // namespace survey

@@ -1,0 +1,46 @@
+#include "survey/show/Numbers.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <fmt/format.h>
+
+#include "survey/plan/Cells.h"
+
+namespace survey {
+
+std::string threeDigits(double value) {
+  if (!(value > 0) || !std::isfinite(value)) {
+    return "?";
+  }
+  const int magnitude = static_cast<int>(std::floor(std::log10(value)));
+  const double step = std::pow(10, magnitude - 2);
+  const double rounded = std::round(value / step) * step;
+  // 9.996 has become 10.0
+  const int decimals = 2 - static_cast<int>(std::floor(std::log10(rounded * (1 + 1e-12))));
+  return fmt::format("{:.{}f}", rounded, std::max(decimals, 0));
+}
+
+std::string spreadOf(const Interval& interval) {
+  const double percent = 100 * interval.halfWidth() / interval.middle;
+  if (!std::isfinite(percent)) {
+    return "?";
+  }
+  constexpr double kManyPercent = 10;
+  constexpr double kTooMany = 99.5;
+  if (percent >= kTooMany) {
+    return "> 99 %";
+  }
+  return percent < kManyPercent ? fmt::format("{:.1f} %", percent)
+                                : fmt::format("{:.0f} %", percent);
+}
+
+std::string unitOf(const std::string& primitive) {
+  return countsQuads({"", primitive, 0, ""}) ? "MQuad/s" : "MTri/s";
+}
+
+std::string attributesInWords(const std::string& sent) {
+  return sent.empty() ? "vertices alone" : "with " + sent;
+}
+
+}  // namespace survey

@@ -1,0 +1,122 @@
+// A worker without a driver: its rates are made up, and it misbehaves where $SCRIPT says so, as
+// "CELL=DEED CELL=DEED": when that cell is set. $WORKERS names a file to write process ids to.
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <random>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "platform/process/Sentences.h"
+#include "survey/worker/Serve.h"
+#include "survey/worker/Worker.h"
+#include "words/DrawMethods.h"
+
+namespace survey {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+std::string deedFor(const std::string& cell) {
+  std::istringstream script(variable("SCRIPT"));
+  for (std::string entry; script >> entry;) {
+    if (entry.starts_with(cell + "=")) {
+      return entry.substr(cell.size() + 1);
+    }
+  }
+  return "";
+}
+
+class ScriptedSubject : public Subject {
+ public:
+  explicit ScriptedSubject(int socket) : channel(socket) {}
+
+  Driver begin(const Begin& begin) override {
+    std::ofstream(variable("WORKERS"), std::ios::app) << getpid() << '\n';
+    noise.seed(static_cast<unsigned int>(begin.heapSeed));
+    if (!deedFor("begin").empty()) {
+      throw std::runtime_error("found no device");
+    }
+    return {0, "scripted", "nobody", "scripted \xff renderer", "1.0", false, {}};
+  }
+
+  CellAnswer set(const Cell& cell) override {
+    std::cout << "among the results" << std::endl;  // as the engine does
+    const std::string deed = deedFor(nameOf(cell));
+    disturbedEvery = deed == "busy" ? 1 : deed == "disturb" ? 2 : 0;
+    rate = 1e6 * (100 + static_cast<double>(drawMethodNamed(cell.method)->method));
+    CellAnswer answer{Support::kItself,
+                      "",
+                      cell.with,
+                      cell.detail * 2.0 + 2,
+                      1.0 * cell.detail,
+                      std::uint64_t{2} * cell.detail * cell.detail,
+                      true};
+    if (deed == "refuse") {
+      answer.support = Support::kRefused;
+      answer.sentence = "there are no lists here";
+    } else if (deed == "garbage") {
+      send(channel, "{", 1, 0);
+    } else if (deed == "silence") {
+      std::this_thread::sleep_for(1h);
+    } else if (deed == "interrupt") {
+      kill(getppid(), SIGINT);
+    } else if (deed == "fail") {
+      throw std::runtime_error("lost its context");
+    } else if (deed == "abort") {
+      std::cerr << "first line\ndriver: assertion failed\n";
+      std::abort();
+    } else if (deed == "once" && !std::ifstream(variable("WORKERS") + ".once")) {
+      const std::ofstream mark(variable("WORKERS") + ".once");
+      raise(SIGKILL);
+    } else if (deed == "memory") {
+      endWith("there is not enough memory.");
+    } else if (deed == "SIGKILL" || deed == "SIGSTOP") {
+      raise(deed == "SIGKILL" ? SIGKILL : SIGSTOP);
+    }
+    return answer;
+  }
+
+  Frame draw(std::chrono::microseconds leastTime) override {
+    std::this_thread::sleep_for(100us);
+    std::normal_distribution<> scatter(1, 0.001);
+    const auto wall = std::chrono::nanoseconds(leastTime).count();
+    const bool disturbed = disturbedEvery != 0 && ++frames % disturbedEvery == 0;
+    const auto primitives =
+        rate * (disturbed ? 0.6 : scatter(noise)) * static_cast<double>(wall) / 1e9;
+    const std::int64_t wait = disturbed ? wall / 10 : wall / 1000;
+    return {static_cast<std::uint64_t>(primitives), wall, wall, wait, wall / 2, {}, false};
+  }
+
+ private:
+  int channel;
+  double rate = 0;
+  int disturbedEvery = 0;
+  int frames = 0;
+  std::mt19937 noise;
+};
+
+}  // namespace
+
+int work(const Channel& channel) {
+  ScriptedSubject subject(channel.get());
+  serve(channel, subject);
+  return EXIT_SUCCESS;
+}
+
+std::string deviceList() {
+  return "0: scripted";
+}
+
+}  // namespace survey

@@ -1,0 +1,133 @@
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "survey/figures/Figures.h"
+#include "survey/statistics/CommonFactor.h"
+#include "survey/statistics/Holm.h"
+#include "survey/statistics/Location.h"
+#include "survey/statistics/Quantiles.h"
+#include "tests/survey/SimulatedMachine.h"
+
+namespace survey {
+namespace {
+
+TEST(Location, AgreesWithTablesOfTheSignedRankTest) {
+  // Nine patients before and after a therapy, from the textbook of Hollander and Wolfe: two-sided
+  // p = 20/512, estimate -0.46, interval of 96.1 % from -0.786 to -0.010.
+  const std::vector<double> differences = {-0.952, 0.147,  -1.022, -0.430, -0.620,
+                                           -0.590, -0.490, 0.080,  -0.010};
+  EXPECT_NEAR(probabilityOfNoEffect(differences), 20.0 / 512, 1e-12);
+  const Interval interval = locate(differences);
+  EXPECT_NEAR(interval.middle, -0.46, 1e-9);
+  EXPECT_NEAR(interval.low, -0.786, 1e-9);
+  EXPECT_NEAR(interval.high, -0.010, 1e-9);
+}
+
+TEST(Location, OfFewValuesIsStudents) {
+  const Interval interval = locate(std::vector<double>{1, 2, 4});
+  EXPECT_NEAR(interval.middle, 7.0 / 3, 1e-12);
+  EXPECT_NEAR(interval.halfWidth(), 4.302653 * std::sqrt(7.0 / 9), 1e-5);
+  EXPECT_NEAR(probabilityOfNoEffect(std::vector<double>{1, 2, 4}), 1 - std::sqrt(7.0) / 3, 1e-12);
+  EXPECT_EQ(locate(std::vector<double>{3}).high, INFINITY);
+  EXPECT_EQ(probabilityOfNoEffect(std::vector<double>{3}), 1);
+  EXPECT_EQ(probabilityOfNoEffect(std::vector<double>{0, 0, 0}), 1);
+}
+
+TEST(Location, ProbabilityAndIntervalSayTheSame) {
+  std::mt19937_64 random(11);
+  std::normal_distribution<> normal(0.5, 1);
+  for (int i = 0; i < 300; ++i) {
+    std::vector<double> values(2 + static_cast<std::size_t>(i % 14));
+    std::generate(values.begin(), values.end(), [&] { return normal(random); });
+    EXPECT_EQ(probabilityOfNoEffect(values) <= 0.05, !locate(values).contains(0))
+        << testing::PrintToString(values);
+  }
+}
+
+TEST(Holm, StepsDownUntilOneIsNotSureEnough) {
+  EXPECT_EQ(positives(std::vector<double>{0.01, 0.04, 0.03, 0.005}, 0.05),
+            (std::vector<bool>{true, false, false, true}));
+  EXPECT_EQ(positives(std::vector<double>{0.012, 0.02, 0.6, 0.016}, 0.05),
+            (std::vector<bool>{true, true, false, true}));
+}
+
+TEST(CommonFactor, IsTakenOutAcrossAJump) {
+  // Three cells, without noise; the machine falls to two thirds in the middle of a sighting.
+  const double effects[] = {1, 2, 4};
+  std::vector<Sighting> sightings;
+  for (std::size_t i = 0; i < 30; ++i) {
+    const std::size_t cell = (i * 7 + i / 3) % 3;
+    const auto value = [&](bool slow) { return effects[cell] + (slow ? std::log(2.0 / 3) : 0.0); };
+    sightings.push_back({cell, {value(i > 11), value(i > 11), value(i > 10), value(i > 10)}});
+  }
+  const CommonFactorFit fit = fitCommonFactor(sightings, 3);
+  for (std::size_t i = 0; i < sightings.size(); ++i) {
+    EXPECT_NEAR(fit.corrected[i] - fit.corrected[0],
+                effects[sightings[i].cell] - effects[sightings[0].cell], 1e-9)
+        << i;
+  }
+  EXPECT_NEAR(fit.levels.front() - fit.levels.back(), std::log(1.5), 1e-9);
+}
+
+/// What intervals are worth.
+struct Worth {
+  int intervals = 0;
+  int hits = 0;
+  std::vector<double> halfWidths;
+
+  void add(const Interval& interval, double truth) {
+    ++intervals;
+    hits += interval.contains(truth) ? 1 : 0;
+    halfWidths.push_back(interval.halfWidth() / interval.middle);
+  }
+  double coverage() const { return static_cast<double>(hits) / intervals; }
+};
+
+struct Regime {
+  Simulation machine;
+  int surveys;
+  double ratioWidth;  ///< half of it, as the median over the cells: the processes' luck, no more
+};
+
+void PrintTo(const Regime& regime, std::ostream* out) {
+  const Simulation& machine = regime.machine;
+  *out << machine.blocks << " blocks of " << machine.passes << " times " << machine.cells
+       << " cells, speeds that last " << machine.dwell << " s";
+}
+
+class Simulated : public testing::TestWithParam<Regime> {};
+INSTANTIATE_TEST_SUITE_P(
+    Machine, Simulated,
+    testing::Values(Regime{{.dwell = 0.5}, 20, 0.04}, Regime{{.dwell = 2}, 20, 0.035},
+                    Regime{{.dwell = 20}, 20, 0.035}, Regime{{.dwell = 1e6}, 20, 0.035},
+                    Regime{{.dwell = 2, .blocks = 6}, 20, 0.065},
+                    Regime{{.dwell = 2, .blocks = 4}, 20, 0.08},
+                    Regime{{.dwell = 2, .cells = 2, .passes = 8}, 120, 0.035}));
+
+TEST_P(Simulated, IntervalsHoldTheTruth) {
+  std::mt19937_64 random(17);
+  Worth ratios;
+  Worth rates;
+  for (int i = 0; i < GetParam().surveys; ++i) {
+    const auto [record, truth] = simulate(GetParam().machine, random);
+    const Figures figures = figuresOf(record);
+    ASSERT_EQ(figures.groups.size(), 1U);
+    const auto& ranking = figures.groups[0].ranking;
+    for (const CellFigure& figure : ranking) {
+      rates.add(figure.rate, truth[figure.cell]);
+      if (&figure != &ranking.front()) {
+        ratios.add(figure.ratio, truth[figure.cell] / truth[ranking.front().cell]);
+      }
+    }
+  }
+  // 0.95, less what so few surveys scatter by: the ratios of one survey share its best cell.
+  EXPECT_GE(ratios.coverage(), 0.9);
+  EXPECT_GE(rates.coverage(), 0.9);
+  EXPECT_LE(median(ratios.halfWidths), GetParam().ratioWidth);
+}
+
+}  // namespace
+}  // namespace survey

@@ -1,0 +1,42 @@
+/// The primitives in which the mesh can be drawn, and their words on the command line.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+enum Primitive {
+  kTriStrip = 0,
+  kTriFan = 1,
+  kTriangles = 2,
+  kQuadStrip = 3,
+  kQuads = 4,
+  kPolygon = 5,
+  kLineStrip = 6,
+  kLineLoop = 7,
+  kLines = 8,
+  kPoints = 9,
+};
+
+struct PrimitiveWord {
+  Primitive primitive;
+  std::string_view word;
+};
+
+/// Those that the command line offers.
+inline constexpr std::array<PrimitiveWord, 7> kPrimitiveWords = {{
+    {kTriStrip, "triStrip"},
+    {kQuadStrip, "quadStrip"},
+    {kLineStrip, "lineStrip"},
+    {kLines, "lines"},
+    {kPoints, "points"},
+    {kQuads, "quads"},
+    {kTriangles, "triangles"},
+}};
+
+/// The row of the primitive with that word; null where there is none.
+constexpr const PrimitiveWord* primitiveNamed(std::string_view word) {
+  const auto* const row = std::find_if(kPrimitiveWords.begin(), kPrimitiveWords.end(),
+                                       [=](const PrimitiveWord& r) { return r.word == word; });
+  return row != kPrimitiveWords.end() ? row : nullptr;
+}
