@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "survey/measure/Program.h"
+#include "survey/plan/Environment.h"
 #include "survey/plan/Words.h"
 
 namespace survey {
@@ -14,11 +15,29 @@ namespace {
 constexpr double kMostSeconds = 86400;
 constexpr double kMostMilliseconds = 1000;
 constexpr double kLeast = 0.001;
+constexpr double kMostPrecision = 100;
+constexpr double kMostThreshold = 90;
 
-void addRunOptions(CLI::App& app, CellLists& lists, RunCommand& run) {
-  Settings& settings = run.settings;
-  // Without the range in the help text: it says no more than the sentence on a value out of it.
-  const auto upTo = [](double most) { return CLI::Range(kLeast, most).description(""); };
+void addFiles(CLI::App& app, std::string& json, std::string& markdown) {
+  app.add_option("--json", json, "write everything, in Google Benchmark's schema")
+      ->type_name("FILE");
+  app.add_option("--markdown", markdown, "write the table for a merge request")->type_name("FILE");
+}
+
+/// Without the range in the help text: it says no more than the sentence on a value out of it.
+CLI::Validator upTo(double most) {
+  return CLI::Range(kLeast, most).description("");
+}
+
+void addThreshold(CLI::App& app, double& threshold) {
+  app.add_option("--threshold", threshold, "a change that is not larger does not matter")
+      ->type_name("PERCENT")
+      ->check(upTo(kMostThreshold))
+      ->capture_default_str();
+}
+
+void addSittingOptions(CLI::App& app, CellLists& lists, SittingCommand& command) {
+  Settings& settings = command.settings;
   app.add_option("--methods", lists.methods,
                  "Sorvanta's words, separated by commas, or ten, or all")
       ->type_name("LIST")
@@ -40,11 +59,6 @@ void addRunOptions(CLI::App& app, CellLists& lists, RunCommand& run) {
       ->type_name("S")
       ->check(upTo(kMostSeconds))
       ->capture_default_str();
-  app.add_option("--precision", settings.precision,
-                 "stop when all ratios are known to so many percent")
-      ->type_name("PERCENT")
-      ->check(upTo(100))
-      ->capture_default_str();
   app.add_option("--frame", settings.frame, "least measured time of a frame in milliseconds")
       ->type_name("MS")
       ->check(upTo(kMostMilliseconds))
@@ -61,15 +75,72 @@ void addRunOptions(CLI::App& app, CellLists& lists, RunCommand& run) {
       ->type_name("S")
       ->check(upTo(kMostSeconds))
       ->capture_default_str();
-  app.add_option("--json", run.json, "write everything, in Google Benchmark's schema")
-      ->type_name("FILE");
-  app.add_option("--csv", run.csv, "write a row a cell")->type_name("FILE");
-  app.add_option("--markdown", run.markdown, "write the table for a merge request")
-      ->type_name("FILE");
-  app.add_flag("--quiet", run.quiet, "no progress bar");
+  addFiles(app, command.json, command.markdown);
+  app.add_flag("--quiet", command.quiet, "no progress bar");
   app.add_flag(
-      "--unoptimised", run.unoptimised,
+      "--unoptimised", command.unoptimised,
       "go on with a build without optimisation, whose figures are those of a slow program");
+}
+
+void addRunOptions(CLI::App& app, RunCommand& run) {
+  app.add_option("--precision", run.settings.precision,
+                 "stop when all ratios are known to so many percent")
+      ->type_name("PERCENT")
+      ->check(upTo(kMostPrecision))
+      ->capture_default_str();
+  app.add_option("--csv", run.csv, "write a row a cell")->type_name("FILE");
+}
+
+/// The words of the sides' environments, which are understood when all is parsed.
+struct Environments {
+  std::string base;
+  std::string newer;
+};
+
+void addVersusOptions(CLI::App& app, VersusCommand& versus, Environments& environments) {
+  const auto addSide = [&](const char* option, std::string& words, const char* help) {
+    app.add_option(option, words, help)->type_name("'VAR=value ...'")->required();
+  };
+  addSide("--base", environments.base, "environment of one side; '' for the one that is there");
+  addSide("--new", environments.newer, "environment of the side that is judged");
+  app.add_option("--base-name", versus.baseName, "what it is called")
+      ->type_name("NAME")
+      ->capture_default_str();
+  app.add_option("--new-name", versus.newName, "what it is called")
+      ->type_name("NAME")
+      ->capture_default_str();
+  addThreshold(app, versus.threshold);
+}
+
+void addCompareOptions(CLI::App& app, CompareCommand& compare) {
+  app.add_option("old", compare.base, "a file that run or versus wrote")
+      ->type_name("OLD.json")
+      ->required();
+  app.add_option("new", compare.newer, "one that is held against it")
+      ->type_name("NEW.json")
+      ->required();
+  addThreshold(app, compare.threshold);
+  addFiles(app, compare.json, compare.markdown);
+}
+
+void addReportOptions(CLI::App& app, ReportCommand& report) {
+  app.add_option("files", report.files, "files that run, versus or compare wrote")
+      ->type_name("FILE.json")
+      ->required();
+  app.add_option("--html", report.html, "the page to write")->type_name("FILE")->required();
+}
+
+/// What all sittings have in common, once parsed.
+void settle(SittingCommand& command, CellLists lists, const CLI::App& app,
+            const std::string& commandLine) {
+  if (lists.with.empty()) {
+    lists.with = {""};
+  }
+  command.cells = cellsOf(lists);
+  command.settings.commandLine = commandLine;
+  if (app.get_option("--seed")->empty()) {
+    command.settings.seed = std::random_device{}();
+  }
 }
 
 /// All that may stand where that word was not understood: options for an option.
@@ -117,13 +188,26 @@ Command parseCommandLine(int argc, const char* const* argv) {
   app.set_version_flag("--version", versionLine());
   app.require_subcommand(1);
   app.allow_extras(false);
-  CLI::App& runApp = *app.add_subcommand("run", "take a survey and print its table");
   const CLI::App& devicesApp = *app.add_subcommand("devices", "list the devices to draw on");
+  CLI::App& runApp = *app.add_subcommand("run", "take a survey and print its table");
+  CLI::App& versusApp =
+      *app.add_subcommand("versus", "let two environments take turns: is one slower?");
+  CLI::App& compareApp = *app.add_subcommand("compare", "hold two files against each other");
+  CLI::App& reportApp = *app.add_subcommand("report", "make a page to look at of files");
 
-  RunCommand run;
   CellLists lists;
   lists.with.clear();
-  addRunOptions(runApp, lists, run);
+  RunCommand run;
+  addSittingOptions(runApp, lists, run);
+  addRunOptions(runApp, run);
+  VersusCommand versus;
+  Environments environments;
+  addSittingOptions(versusApp, lists, versus);
+  addVersusOptions(versusApp, versus, environments);
+  CompareCommand compare;
+  addCompareOptions(compareApp, compare);
+  ReportCommand report;
+  addReportOptions(reportApp, report);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
@@ -133,19 +217,26 @@ Command parseCommandLine(int argc, const char* const* argv) {
   } catch (const CLI::CallForVersion& version) {
     return Finished{version.what() + std::string("\n")};
   } catch (const CLI::Error& error) {
-    throwUnusable(app, runApp.parsed() ? runApp : app, error);
+    const auto parsed = app.get_subcommands();
+    throwUnusable(app, parsed.empty() ? app : *parsed.front(), error);
   }
   if (devicesApp.parsed()) {
     return DevicesCommand{};
   }
-  if (lists.with.empty()) {
-    lists.with = {""};
+  if (compareApp.parsed()) {
+    return compare;
   }
-  run.cells = cellsOf(lists);
-  run.settings.commandLine = joined(argc, argv);
-  if (runApp.get_option("--seed")->empty()) {
-    run.settings.seed = std::random_device{}();
+  if (reportApp.parsed()) {
+    return report;
   }
+  const std::string commandLine = joined(argc, argv);
+  if (versusApp.parsed()) {
+    settle(versus, lists, versusApp, commandLine);
+    versus.base = assignmentsIn(environments.base, "--base");
+    versus.newer = assignmentsIn(environments.newer, "--new");
+    return versus;
+  }
+  settle(run, lists, runApp, commandLine);
   return run;
 }
 

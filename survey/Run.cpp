@@ -1,18 +1,14 @@
 #include "survey/Run.h"
 
-#include <cstdio>
 #include <cstdlib>
-#include <functional>
-#include <system_error>
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include "platform/process/Sentences.h"
+#include "survey/Output.h"
 #include "survey/figures/Figures.h"
 #include "survey/files/Csv.h"
 #include "survey/files/ResultJson.h"
-#include "survey/files/WholeFile.h"
 #include "survey/measure/Program.h"
 #include "survey/measure/Survey.h"
 #include "survey/show/Answer.h"
@@ -21,27 +17,6 @@
 
 namespace survey {
 namespace {
-
-constexpr int kSignalled = 128;  // plus the signal's number, as shells count
-
-bool wantsColours() {
-  const char* const noColour = std::getenv("NO_COLOR");
-  return isatty(STDOUT_FILENO) != 0 && (noColour == nullptr || *noColour == '\0');
-}
-
-/// Whether it could be written, or need not be.
-bool wrote(const std::string& path, const std::function<std::string()>& content) {
-  if (path.empty()) {
-    return true;
-  }
-  try {
-    writeWhole(path, content());
-    return true;
-  } catch (const std::system_error& error) {
-    warn(fmt::format("{} cannot be written: {}.", path, error.code().message()));
-    return false;
-  }
-}
 
 Record taken(const RunCommand& command, const Launch& launch) {
   ProgressBar bar(!command.quiet);
@@ -56,11 +31,7 @@ Record taken(const RunCommand& command, const Launch& launch) {
 }  // namespace
 
 int run(const RunCommand& command, const Launch& launch) {
-  if (!thisProgram().optimised && !command.unoptimised) {
-    endWith(
-        "this build is without optimisation, so its figures would be those of a slow program; "
-        "build with CMAKE_BUILD_TYPE=Release, or insist with --unoptimised.");
-  }
+  requireOptimised(command);
   try {
     const Record record = taken(command, launch);
     const Figures figures = figuresOf(record);
@@ -68,17 +39,14 @@ int run(const RunCommand& command, const Launch& launch) {
     bool written = wrote(command.json, [&] { return resultJson(record); });
     written = wrote(command.csv, [&] { return csvOf(record, figures); }) && written;
     written = wrote(command.markdown, [&] { return markdownOf(record, figures); }) && written;
-    fmt::print("{}\n{}\n\n{}", answerOf(record, figures), sourceOf(record),
-               tableOf(record, figures, wantsColours()));
-    if (std::fflush(stdout) != 0) {
-      warn("standard output cannot be written to.");
-      written = false;
-    }
+    written = printed(fmt::format("{}\n{}\n\n{}", answerOf(record, figures), sourceOf(record),
+                                  tableOf(record, figures, wantsColours()))) &&
+              written;
     for (const std::string& sentence : caveatsOf(record, figures)) {
       warn(sentence);
     }
     if (record.ending == Ending::kInterrupted) {
-      return kSignalled + record.signal;
+      return statusOfSignal(record.signal);
     }
     return written ? EXIT_SUCCESS : EXIT_FAILURE;
   } catch (const CannotSurvey& reason) {

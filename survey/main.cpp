@@ -7,7 +7,9 @@
 #include "platform/process/Sentences.h"
 #include "platform/process/StandardStreams.h"
 #include "survey/CommandLine.h"
+#include "survey/Report.h"
 #include "survey/Run.h"
+#include "survey/Versus.h"
 #include "survey/plan/Words.h"
 #include "survey/worker/Worker.h"
 
@@ -15,16 +17,22 @@ namespace {
 
 using namespace survey;
 
-constexpr int kUnusable = 255;
 /// How the program starts itself; its one argument is the channel's descriptor.
 constexpr std::string_view kWorkerWord = "worker";
 
 int listDevices() {
+  fmt::print("{}\n", deviceList());
+  return EXIT_SUCCESS;
+}
+
+/// Whatever keeps one from a verdict must not look like one.
+template <typename Comparing>
+int compared(const Comparing& comparing) {
   try {
-    fmt::print("{}\n", deviceList());
-    return EXIT_SUCCESS;
+    return comparing();
   } catch (const std::exception& error) {
-    endWith(error.what());
+    warn(error.what());
+    return kUnusable;
   }
 }
 
@@ -36,7 +44,17 @@ int follow(const Command& command) {
   if (std::holds_alternative<DevicesCommand>(command)) {
     return listDevices();
   }
-  return run(std::get<RunCommand>(command), {{"/proc/self/exe", std::string(kWorkerWord)}, {}});
+  const Launch launch{{"/proc/self/exe", std::string(kWorkerWord)}, {}};
+  if (const auto* const sides = std::get_if<VersusCommand>(&command)) {
+    return compared([&] { return versus(*sides, launch); });
+  }
+  if (const auto* const files = std::get_if<CompareCommand>(&command)) {
+    return compared([&] { return compare(*files); });
+  }
+  if (const auto* const page = std::get_if<ReportCommand>(&command)) {
+    return report(*page);
+  }
+  return run(std::get<RunCommand>(command), launch);
 }
 
 }  // namespace

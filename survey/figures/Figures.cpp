@@ -2,43 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <numeric>
 #include <tuple>
 
 #include <fmt/format.h>
 
-#include "survey/statistics/CommonFactor.h"
+#include "survey/figures/Blocks.h"
 #include "survey/statistics/Quantiles.h"
 
 namespace survey {
 namespace {
 
 constexpr double kNanosecondsPerSecond = 1e9;
-
-/// One cell in one block: logarithms of primitives per second.
-struct BlockValue {
-  std::size_t block;
-  double corrected;  ///< without what the machine did to all cells at that time
-  double level;      ///< of the machine on average over the block, the same for all cells of it
-};
-
-Sighting sightingOf(const Visit& visit) {
-  const bool someUndisturbed = std::any_of(visit.frames.begin(), visit.frames.end(),
-                                           [](const Frame& frame) { return !frame.disturbed; });
-  Sighting sighting{visit.cell, {}};
-  for (const Frame& frame : visit.frames) {
-    if (!frame.disturbed || !someUndisturbed) {
-      sighting.values.push_back(std::log(static_cast<double>(frame.primitives) *
-                                         kNanosecondsPerSecond / static_cast<double>(frame.wall)));
-    }
-  }
-  return sighting;
-}
-
-double mean(const std::vector<double>& values) {
-  return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
-}
 
 Interval exponential(const Interval& logarithms) {
   return {std::exp(logarithms.low), std::exp(logarithms.middle), std::exp(logarithms.high)};
@@ -117,46 +91,10 @@ void rank(Group& group, const std::vector<std::vector<BlockValue>>& values, doub
   }
 }
 
-/// Typical levels of the machine's slow and fast times, beside each other.
-double slowestOf(const CommonFactorFit& fit) {
-  constexpr double kTail = 0.05;
-  return fit.levels.empty()
-             ? 1
-             : std::exp(quantile(fit.levels, kTail) - quantile(fit.levels, 1 - kTail));
-}
-
-struct Fitted {
-  std::vector<std::vector<BlockValue>> values;
-  double slowest = 1;
-};
-
-Fitted fitted(const Record& record) {
-  std::vector<Sighting> sightings;
-  for (const Visit& visit : record.visits) {
-    sightings.push_back(sightingOf(visit));
-  }
-  const CommonFactorFit fit = fitCommonFactor(sightings, record.cells.size());
-
-  std::map<std::size_t, std::vector<double>> levels;
-  std::vector<std::map<std::size_t, std::vector<double>>> corrected(record.cells.size());
-  for (std::size_t i = 0; i < record.visits.size(); ++i) {
-    const Visit& visit = record.visits[i];
-    levels[visit.block].push_back(fit.levels[i]);
-    corrected[visit.cell][visit.block].push_back(fit.corrected[i]);
-  }
-  Fitted result{std::vector<std::vector<BlockValue>>(record.cells.size()), slowestOf(fit)};
-  for (std::size_t cell = 0; cell < corrected.size(); ++cell) {
-    for (const auto& [block, ofVisits] : corrected[cell]) {
-      result.values[cell].push_back({block, median(ofVisits), mean(levels[block])});
-    }
-  }
-  return result;
-}
-
 }  // namespace
 
 Figures figuresOf(const Record& record) {
-  const auto [values, slowest] = fitted(record);
+  const auto [values, slowest] = blockValuesOf(record);
   Figures figures;
   figures.slowest = slowest;
   for (const Visit& visit : record.visits) {

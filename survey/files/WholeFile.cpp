@@ -77,4 +77,20 @@ void writeWhole(const std::string& path, std::string_view content) {
   writeAll(file.get(), content, path);
 }
 
+std::string wholeFile(const std::string& path) {
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (file.get() < 0) {
+    fail(path);
+  }
+  std::string content;
+  char part[1 << 16];
+  for (ssize_t count = 0; (count = read(file.get(), part, sizeof part)) != 0;) {
+    if (count < 0 && errno != EINTR) {
+      fail(path);
+    }
+    content.append(part, count > 0 ? static_cast<std::size_t>(count) : 0);
+  }
+  return content;
+}
+
 }  // namespace survey

@@ -10,4 +10,7 @@ namespace survey {
 /// std::system_error; what was there before stays then. A pipe or a device is written to directly.
 void writeWhole(const std::string& path, std::string_view content);
 
+/// What a file holds. Throws std::system_error.
+std::string wholeFile(const std::string& path);
+
 }  // namespace survey

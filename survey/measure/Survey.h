@@ -2,11 +2,10 @@
 #pragma once
 
 #include <functional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "survey/measure/WorkerProcess.h"
+#include "survey/measure/Station.h"
 #include "survey/record/Record.h"
 
 namespace survey {
@@ -17,12 +16,6 @@ struct Progress {
   double secondsLeft;  ///< at most
   std::size_t block;
   std::string cell;  ///< visited just now
-};
-
-/// No worker came up at all; the text is the reason.
-class CannotSurvey : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
 };
 
 /// Lets the cells take turns until the ratios are precise, the time is up or a signal comes, in

@@ -6,11 +6,59 @@ namespace survey {
 namespace {
 
 constexpr double kDisturbedShare = 0.02;
+constexpr std::size_t kMostFaults = 2;
 constexpr int kWarmUps = 2;
 constexpr std::size_t kFrames = 4;
+/// Where a machine's speed jumps between the frames of a pair, that pair is lost: short frames and
+/// many pairs lose few.
+constexpr std::size_t kPairs = 12;
+constexpr int kWarmUpPairs = 4;
 constexpr std::size_t kFewestFrames = 2;
 constexpr double kNanosecondsPerMillisecond = 1e6;
 constexpr double kMicrosecondsPerMillisecond = 1e3;
+
+/// What was drawn in a visit, and whether that is enough.
+class Tally {
+ public:
+  Tally(std::size_t wanted, double leastWall) : wanted_(wanted), leastWall_(leastWall) {}
+
+  void add(double wall, bool disturbed) {
+    ++all_.count;
+    all_.wall += wall;
+    undisturbed_.count += disturbed ? 0 : 1;
+    undisturbed_.wall += disturbed ? 0 : wall;
+  }
+  bool isEnough() const {
+    return isEnough(undisturbed_.count, undisturbed_.wall) ||
+           isEnough(all_.count / 2, all_.wall / 2);
+  }
+
+ private:
+  struct Frames {
+    std::size_t count = 0;
+    double wall = 0;
+  };
+
+  bool isEnough(std::size_t count, double wall) const {
+    return count >= wanted_ ||
+           (count >= kFewestFrames && wall >= static_cast<double>(wanted_) * leastWall_);
+  }
+
+  std::size_t wanted_;
+  double leastWall_;
+  Frames all_;
+  Frames undisturbed_;
+};
+
+Frame frameOf(WorkerProcess& worker, double frame, std::chrono::milliseconds patience) {
+  auto drawn = worker.ask<Frame>(
+      DrawFrame{static_cast<std::int64_t>(frame * kMicrosecondsPerMillisecond)}, patience);
+  if (drawn.primitives == 0 || drawn.wall <= 0) {
+    worker.fault("drew a frame of nothing");
+  }
+  drawn.disturbed = isDisturbed(drawn);
+  return drawn;
+}
 
 }  // namespace
 
@@ -19,34 +67,45 @@ bool isDisturbed(const Frame& frame) {
          kDisturbedShare * static_cast<double>(frame.wall);
 }
 
+bool isWorthAnotherVisit(const CellRecord& cell) {
+  return cell.faults.size() < kMostFaults && (!cell.answer || cell.answer->hasFigure());
+}
+
 std::vector<Frame> framesOf(WorkerProcess& worker, double frame,
                             std::chrono::milliseconds patience) {
-  const DrawFrame request{static_cast<std::int64_t>(frame * kMicrosecondsPerMillisecond)};
   const double leastWall = frame * kNanosecondsPerMillisecond;
-
   double warm = 0;
   for (int i = 0; i < kWarmUps && warm < kWarmUps * leastWall; ++i) {
-    warm += static_cast<double>(worker.ask<Frame>(request, patience).wall);
+    warm += static_cast<double>(frameOf(worker, frame, patience).wall);
   }
-
   std::vector<Frame> frames;
-  std::size_t undisturbed = 0;
-  double measured = 0;
-  const auto enough = [&](std::size_t count, double wall) {
-    return count >= kFrames || (count >= kFewestFrames && wall >= kFrames * leastWall);
-  };
-  double wall = 0;
-  while (!enough(undisturbed, measured) && !enough(frames.size() / 2, wall / 2)) {
-    auto drawn = worker.ask<Frame>(request, patience);
-    if (drawn.primitives == 0 || drawn.wall <= 0) {
-      throw WorkerFault("drew a frame of nothing");
+  for (Tally tally(kFrames, leastWall); !tally.isEnough();) {
+    frames.push_back(frameOf(worker, frame, patience));
+    tally.add(static_cast<double>(frames.back().wall), frames.back().disturbed);
+  }
+  return frames;
+}
+
+FramesInTurns framesInTurns(WorkerProcess& first, WorkerProcess& second, double frame,
+                            std::chrono::milliseconds patience) {
+  FramesInTurns frames;
+  bool inOrder = true;
+  const auto drawPair = [&] {
+    for (const bool firsts : {inOrder, !inOrder}) {
+      (firsts ? frames.first : frames.second)
+          .push_back(frameOf(firsts ? first : second, frame, patience));
     }
-    drawn.disturbed = isDisturbed(drawn);
-    const auto time = static_cast<double>(drawn.wall);
-    wall += time;
-    measured += drawn.disturbed ? 0 : time;
-    undisturbed += drawn.disturbed ? 0 : 1;
-    frames.push_back(drawn);
+    inOrder = !inOrder;
+  };
+  for (int i = 0; i < kWarmUpPairs; ++i) {
+    drawPair();
+  }
+  frames = {};
+  for (Tally tally(kPairs, 2 * frame * kNanosecondsPerMillisecond); !tally.isEnough();) {
+    drawPair();
+    const Frame& one = frames.first.back();
+    const Frame& other = frames.second.back();
+    tally.add(static_cast<double>(one.wall + other.wall), one.disturbed || other.disturbed);
   }
   return frames;
 }

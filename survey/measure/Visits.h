@@ -13,10 +13,23 @@ namespace survey {
 /// more than a small share of the frame.
 bool isDisturbed(const Frame& frame);
 
+/// Whether a cell has not cost too many workers yet, and has a figure as far as is known.
+bool isWorthAnotherVisit(const CellRecord& cell);
+
 /// Of the cell that the worker has set; `frame` is the least measured time of one in milliseconds.
 /// Four undisturbed frames, or as many as fit into that time where the cell's own frames are
 /// longer, two at least; among twice as many at most, the disturbed ones with them.
 std::vector<Frame> framesOf(WorkerProcess& worker, double frame,
+                            std::chrono::milliseconds patience);
+
+/// Of two workers that draw in turn, one frame each; the frames at the same place belong together.
+struct FramesInTurns {
+  std::vector<Frame> first;
+  std::vector<Frame> second;
+};
+/// Twelve undisturbed pairs, with the same limits. Who begins changes with every pair; in the first
+/// one it is `first`.
+FramesInTurns framesInTurns(WorkerProcess& first, WorkerProcess& second, double frame,
                             std::chrono::milliseconds patience);
 
 }  // namespace survey

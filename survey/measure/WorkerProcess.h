@@ -49,6 +49,11 @@ class WorkerProcess {
     }
   }
 
+  /// Ends it, and throws WorkerFault with that reason.
+  [[noreturn]] void fault(std::string reason);
+  /// Whether it may be asked: false after a fault.
+  bool isAlive() const { return id > 0; }
+
  private:
   nlohmann::json exchange(const nlohmann::json& request, std::chrono::milliseconds patience);
   /// Waits until the channel is readable; whether that came about in time.
@@ -57,7 +62,6 @@ class WorkerProcess {
   std::string howItEnded();
   /// Waits a while for its end; the status of waitpid.
   std::optional<int> reap();
-  [[noreturn]] void fault(std::string reason);
   void kill();
 
   const Interruption& interruption;

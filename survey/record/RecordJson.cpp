@@ -81,6 +81,7 @@ void to_json(Json& json, const Record& record) {
           {"cells", record.cells},
           {"frameColumns", kFrameColumns},
           {"visits", record.visits},
+          {"speeds", record.speeds},
           {"ending", record.ending},
           {"endingSentence", record.endingSentence},
           {"signal", record.signal},
@@ -96,6 +97,7 @@ void from_json(const Json& json, Record& record) {
   json.at("driver").get_to(record.driver);
   json.at("cells").get_to(record.cells);
   json.at("visits").get_to(record.visits);
+  json.at("speeds").get_to(record.speeds);
   json.at("ending").get_to(record.ending);
   json.at("endingSentence").get_to(record.endingSentence);
   json.at("signal").get_to(record.signal);

@@ -1,25 +1,8 @@
 // The whole program, with workers that misbehave on command.
-#include <regex>
-
-#include <gtest/gtest.h>
-
-#include "tests/support/Shell.h"
+#include "tests/survey/SurveyShell.h"
 #include "words/DrawMethods.h"
 
 namespace {
-
-/// Runs a script in which $S is the program and $R a short survey of two methods at two details;
-/// what is printed has to match from beginning to end, and no worker may be left.
-void expectOutput(const std::string& script, const std::string& pattern) {
-  const std::string printed = shell(
-      "S=" SURVEY_BINARY
-      "\nexport WORKERS=$PWD/workers\n"
-      "R=\"$S run --methods drawArrays,displayLists --details 8,64 --unoptimised\"\n" +
-      script +
-      "\nleft() { for p in $(cat $WORKERS); do grep -s '^State:.[^Z]' /proc/$p/status; done; }\n"
-      "touch $WORKERS; for i in $(seq 50); do [ \"$(left)\" ] || break; sleep 0.1; done; left");
-  EXPECT_TRUE(std::regex_match(printed, std::regex(pattern))) << script << '\n' << printed;
-}
 
 const std::string kAnything = "(.|\n)*";
 
@@ -140,14 +123,16 @@ TEST(SurveyProcess, NamesTheCulpritAndTheNearestWord) {
 TEST(SurveyDocuments, NameEveryOptionAndMethod) {
   const std::string packaging = SORVANTA_SOURCE_DIR "/packaging/sorvanta-survey";
   expectOutput(
-      "$S run --help | grep -o -e '--[a-z-]*' | grep -v help | sort -u > options\n"
+      "for c in run versus compare report; do $S $c --help; done | grep -o -e '--[a-z-]*' | "
+      "grep -v help | sort -u > options\n"
       "sed -n '/^.SH OPTIONS/,/^.SH TABLE/s/\\\\-/-/gp' " +
           packaging +
           ".1 | grep -o -e '--[a-z-]*' | sort -u | diff options -\n"
           "source " +
           packaging +
-          ".bash; COMP_WORDS=(sorvanta-survey run ''); COMP_CWORD=2; _sorvanta_survey\n"
-          "printf '%s\\n' ${COMPREPLY[@]} | grep -v help | sort -u | diff options -",
+          ".bash; COMP_CWORD=2; for c in run versus compare report; do\n"
+          "COMP_WORDS=(sorvanta-survey $c ''); _sorvanta_survey; printf '%s\\n' ${COMPREPLY[@]}\n"
+          "done | grep -v help | sort -u | diff options -",
       "");
   std::string words = "all\nten\n";
   for (const DrawMethodWord& row : kDrawMethodWords) {

@@ -1,5 +1,6 @@
 // A worker without a driver: its rates are made up, and it misbehaves where $SCRIPT says so, as
-// "CELL=DEED CELL=DEED": when that cell is set. $WORKERS names a file to write process ids to.
+// "CELL=DEED CELL=DEED": when that cell is set. $SPEED makes cells slower or faster in the same way:
+// "CELL=0.9", or "all=0.9". $WORKERS names a file to write process ids to.
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -28,14 +29,26 @@ std::string variable(const char* name) {
   return value != nullptr ? value : "";
 }
 
-std::string deedFor(const std::string& cell) {
-  std::istringstream script(variable("SCRIPT"));
+std::string wordFor(const std::string& cell, const char* list) {
+  std::istringstream script(variable(list));
   for (std::string entry; script >> entry;) {
     if (entry.starts_with(cell + "=")) {
       return entry.substr(cell.size() + 1);
     }
   }
   return "";
+}
+
+std::string deedFor(const std::string& cell) {
+  return wordFor(cell, "SCRIPT");
+}
+
+double speedOf(const std::string& cell) {
+  double speed = 1;
+  for (const std::string& factor : {wordFor(cell, "SPEED"), wordFor("all", "SPEED")}) {
+    speed *= factor.empty() ? 1 : std::stod(factor);
+  }
+  return speed;
 }
 
 class ScriptedSubject : public Subject {
@@ -48,14 +61,17 @@ class ScriptedSubject : public Subject {
     if (!deedFor("begin").empty()) {
       throw std::runtime_error("found no device");
     }
-    return {0, "scripted", "nobody", "scripted \xff renderer", "1.0", false, {}};
+    const std::string version = variable("VERSION");
+    return {0,     "scripted", "nobody", "scripted \xff renderer", version.empty() ? "1.0" : version,
+            false, {}};
   }
 
   CellAnswer set(const Cell& cell) override {
     std::cout << "among the results" << std::endl;  // as the engine does
     const std::string deed = deedFor(nameOf(cell));
     disturbedEvery = deed == "busy" ? 1 : deed == "disturb" ? 2 : 0;
-    rate = 1e6 * (100 + static_cast<double>(drawMethodNamed(cell.method)->method));
+    rate = 1e6 * (100 + static_cast<double>(drawMethodNamed(cell.method)->method)) *
+           speedOf(nameOf(cell));
     CellAnswer answer{Support::kItself,
                       "",
                       cell.with,

@@ -98,4 +98,50 @@ SimulatedSurvey simulate(const Simulation& machine, std::mt19937_64& random) {
   return survey;
 }
 
+Comparison simulateTurns(const Simulation& machine, double effect, std::mt19937_64& random) {
+  constexpr double kShort = 0.015;
+  constexpr std::size_t kPairs = 4;
+  std::uniform_real_distribution<> part;
+  std::normal_distribution<> normal;
+
+  Comparison comparison{true, 0, {"base", {}}, {"new", {}}};
+  Record* const records[] = {&comparison.base.record, &comparison.newer.record};
+  for (Record* const record : records) {
+    record->driver.renderer = "simulated";
+    for (std::size_t cell = 0; cell < machine.cells; ++cell) {
+      record->cells.push_back(
+          {{"method" + std::to_string(cell), "triStrip", 64, ""}, CellAnswer{}, {}});
+    }
+  }
+  Speed speed(machine, random);
+  for (std::size_t block = 0; block < machine.blocks; ++block) {
+    for (std::size_t cell = 0; cell < machine.cells; ++cell) {
+      double logs[2];
+      Visit visits[] = {{cell, block, 0, 0, {}}, {cell, block, 1, 0, {}}};
+      // Processes of some cells differ more than those of others.
+      const double luck = machine.luck * (cell % 3 == 0 ? 1.5 : 0.5);
+      for (const std::size_t side : {0, 1}) {
+        logs[side] = std::log(100e6) + luck * normal(random) + (side == 1 ? std::log1p(effect) : 0);
+        if (part(random) < machine.astray) {
+          logs[side] += (random() % 2 == 0 ? 1 : -1) * (0.1 + 0.3 * part(random));
+        }
+      }
+      for (std::size_t pair = 0; pair < kPairs; ++pair) {
+        for (const std::size_t side : {pair % 2, 1 - pair % 2}) {
+          const double rate =
+              std::exp(logs[side] + speed.over(kShort) + machine.scatter * normal(random));
+          Frame frame;
+          frame.primitives = static_cast<std::uint64_t>(rate * kShort);
+          frame.wall = static_cast<std::int64_t>(kShort * 1e9);
+          visits[side].frames.push_back(frame);
+        }
+      }
+      for (const std::size_t side : {0, 1}) {
+        records[side]->visits.push_back(visits[side]);
+      }
+    }
+  }
+  return comparison;
+}
+
 }  // namespace survey

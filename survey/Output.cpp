@@ -1,0 +1,57 @@
+#include "survey/Output.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+#include <system_error>
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "platform/process/Sentences.h"
+#include "survey/files/WholeFile.h"
+#include "survey/measure/Program.h"
+
+namespace survey {
+
+bool wantsColours() {
+  const char* const noColour = std::getenv("NO_COLOR");
+  return isatty(STDOUT_FILENO) != 0 && (noColour == nullptr || *noColour == '\0');
+}
+
+bool wrote(const std::string& path, const std::function<std::string()>& content) {
+  if (path.empty()) {
+    return true;
+  }
+  try {
+    writeWhole(path, content());
+    return true;
+  } catch (const std::system_error& error) {
+    warn(fmt::format("{} cannot be written: {}.", path, error.code().message()));
+    return false;
+  }
+}
+
+bool printed(const std::string& text) {
+  fmt::print("{}", text);
+  if (std::fflush(stdout) == 0) {
+    return true;
+  }
+  warn("standard output cannot be written to.");
+  return false;
+}
+
+int statusOfSignal(int signal) {
+  constexpr int kSignalled = 128;
+  return kSignalled + signal;
+}
+
+void requireOptimised(const SittingCommand& command) {
+  if (!thisProgram().optimised && !command.unoptimised) {
+    throw std::runtime_error(
+        "this build is without optimisation, so its figures would be those of a slow program; "
+        "build with CMAKE_BUILD_TYPE=Release, or insist with --unoptimised.");
+  }
+}
+
+}  // namespace survey

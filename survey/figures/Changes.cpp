@@ -1,0 +1,339 @@
+#include "survey/figures/Changes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+#include "survey/figures/Blocks.h"
+#include "survey/statistics/Holm.h"
+#include "survey/statistics/Quantiles.h"
+#include "survey/statistics/SharedVariance.h"
+#include "survey/statistics/StudentsT.h"
+#include "survey/statistics/TrimmedMean.h"
+
+namespace survey {
+namespace {
+
+constexpr double kPercent = 100;
+
+struct Sureness {
+  double falseAlarms;  ///< the chance of one at most, over the whole comparison
+  double confidence;   ///< of the intervals
+};
+constexpr Sureness kInTheEnd{0.05, 0.95};
+constexpr Sureness kOnTheWay{0.001, 0.99};
+
+/// A logarithm of a ratio.
+struct Estimate {
+  double mean;
+  Variance variance;  ///< of the mean
+};
+
+/// Estimates of cells and of the mean over all of them, as they come from one sitting or two.
+struct Evidence {
+  std::vector<CellChange> cells;
+  std::vector<Estimate> estimates;  ///< of the cells, in their order
+  std::optional<Estimate> overall;
+  double widening = 0;  ///< of every interval, at either end
+};
+
+/// The change of an estimate that lies outside the threshold, towards zero at that limit.
+double beyond(const Estimate& estimate, double threshold, double widening) {
+  const double limit = std::log1p((estimate.mean < 0 ? -threshold : threshold) / kPercent);
+  return std::abs(estimate.mean) - std::abs(limit) - widening;
+}
+
+/// How probable it is to see so large a change where the true one is the threshold's.
+double probabilityWithin(const Estimate& estimate, double threshold, double widening) {
+  const double excess = beyond(estimate, threshold, widening);
+  return excess <= 0 ? 1
+                     : twoSidedProbability(excess / std::sqrt(estimate.variance.value),
+                                           estimate.variance.freedom);
+}
+
+Change changeFrom(const Estimate& estimate, bool changed, double threshold, double widening,
+                  double confidence) {
+  const double reach = std::sqrt(estimate.variance.value) *
+                           criticalValue(1 - confidence, estimate.variance.freedom) +
+                       widening;
+  Change change;
+  change.ratio = {std::exp(estimate.mean - reach), std::exp(estimate.mean),
+                  std::exp(estimate.mean + reach)};
+  const double part = threshold / kPercent;
+  if (changed) {
+    change.verdict = estimate.mean < 0 ? Verdict::kSlower : Verdict::kFaster;
+  } else if (change.ratio.low >= 1 - part && change.ratio.high <= 1 + part) {
+    change.verdict = Verdict::kSame;
+  }
+  change.mayBeSlower = change.ratio.low < 1 - part && change.verdict != Verdict::kFaster;
+  return change;
+}
+
+void judge(Evidence& evidence, double threshold, const Sureness& sureness, Change& overall) {
+  const bool overallChanged =
+      evidence.overall && probabilityWithin(*evidence.overall, threshold, evidence.widening) <=
+                              sureness.falseAlarms / 2;
+  std::vector<double> probabilities;
+  for (const Estimate& estimate : evidence.estimates) {
+    probabilities.push_back(probabilityWithin(estimate, threshold, evidence.widening));
+  }
+  const std::vector<bool> changed =
+      positives(probabilities, sureness.falseAlarms / (overallChanged ? 1 : 2));
+  for (std::size_t i = 0; i < evidence.cells.size(); ++i) {
+    Change& change = evidence.cells[i].change;
+    const std::size_t blocks = change.blocks;
+    change = changeFrom(evidence.estimates[i], changed[i], threshold, evidence.widening,
+                        sureness.confidence);
+    change.blocks = blocks;
+  }
+  if (evidence.overall) {
+    overall = changeFrom(*evidence.overall, overallChanged, threshold, evidence.widening,
+                         sureness.confidence);
+  }
+}
+
+/// Lends the cells' variances to each other; `counts` are the values that each came from.
+void shareVariances(std::vector<Estimate>& estimates, const std::vector<std::size_t>& counts) {
+  std::vector<Variance> ofValues;
+  for (std::size_t i = 0; i < estimates.size(); ++i) {
+    const Variance& variance = estimates[i].variance;
+    ofValues.push_back({variance.value * static_cast<double>(counts[i]), variance.freedom});
+  }
+  std::vector<Variance> known;
+  std::copy_if(ofValues.begin(), ofValues.end(), std::back_inserter(known),
+               [](const Variance& variance) { return variance.freedom > 0; });
+  const Variance common = commonVariance(known);
+  for (std::size_t i = 0; i < estimates.size(); ++i) {
+    if (ofValues[i].freedom > 0) {
+      const Variance shared = moderated(ofValues[i], common);
+      estimates[i].variance = {shared.value / static_cast<double>(counts[i]), shared.freedom};
+    }
+  }
+}
+
+/// Over the blocks of one sitting.
+class Sample {
+ public:
+  void add(const std::vector<std::size_t>& blocks, const std::vector<double>& values) {
+    const TrimmedMean mean = trimmedMean(values);
+    estimates.push_back({mean.mean, {mean.variance(), mean.freedom()}});
+    counts.push_back(mean.kept);
+    joint.add(mean, blocks);
+  }
+  Estimate overall() const { return {joint.mean(), {joint.variance(), joint.freedom()}}; }
+
+  std::vector<Estimate> estimates;
+  std::vector<std::size_t> counts;
+
+ private:
+  JointMean joint;
+};
+
+Evidence evidenceInTurns(const Comparison& comparison) {
+  Evidence evidence;
+  Sample sample;
+  const auto ratios = blockRatiosOf(comparison);
+  for (std::size_t cell = 0; cell < ratios.size(); ++cell) {
+    if (ratios[cell].empty()) {
+      continue;
+    }
+    std::vector<std::size_t> blocks;
+    std::vector<double> values;
+    for (const BlockRatio& ratio : ratios[cell]) {
+      blocks.push_back(ratio.block);
+      values.push_back(ratio.ratio);
+    }
+    sample.add(blocks, values);
+    evidence.cells.push_back({cell, cell, {}});
+    evidence.cells.back().change.blocks = blocks.size();
+  }
+  if (!evidence.cells.empty()) {
+    evidence.overall = sample.overall();
+    shareVariances(sample.estimates, sample.counts);
+    evidence.estimates = std::move(sample.estimates);
+  }
+  return evidence;
+}
+
+/// The difference of two independent estimates, with Welch's degrees of freedom.
+Estimate difference(const Estimate& newer, const Estimate& base) {
+  const double sum = newer.variance.value + base.variance.value;
+  if (!(newer.variance.freedom > 0) || !(base.variance.freedom > 0)) {
+    return {newer.mean - base.mean, {sum, 0}};
+  }
+  const auto part = [](const Variance& variance) {
+    return variance.value * variance.value / variance.freedom;
+  };
+  const double parts = part(newer.variance) + part(base.variance);
+  return {newer.mean - base.mean,
+          {sum, parts > 0 ? sum * sum / parts : std::numeric_limits<double>::infinity()}};
+}
+
+Sample sampleOf(const std::vector<std::vector<BlockValue>>& values,
+                const std::vector<std::size_t>& cells) {
+  Sample sample;
+  for (const std::size_t cell : cells) {
+    std::vector<std::size_t> blocks;
+    std::vector<double> logarithms;
+    for (const BlockValue& value : values[cell]) {
+      blocks.push_back(value.block);
+      logarithms.push_back(value.corrected + value.level);
+    }
+    sample.add(blocks, logarithms);
+  }
+  return sample;
+}
+
+/// How far the cores' speed lies apart, as a logarithm; 0 where it is not known.
+double moveBetween(const Record& base, const Record& newer) {
+  if (base.speeds.empty() || newer.speeds.empty()) {
+    return 0;
+  }
+  return std::abs(std::log(median(newer.speeds) / median(base.speeds)));
+}
+
+std::optional<std::size_t> indexOf(const Cell& cell, const Record& record) {
+  for (std::size_t i = 0; i < record.cells.size(); ++i) {
+    if (record.cells[i].cell == cell) {
+      return i;
+    }
+  }
+  return std::nullopt;
+}
+
+Evidence evidenceOfTwoSittings(const Comparison& comparison) {
+  const auto base = blockValuesOf(comparison.base.record).values;
+  const auto newer = blockValuesOf(comparison.newer.record).values;
+  Evidence evidence;
+  std::vector<std::size_t> ofBase;
+  std::vector<std::size_t> ofNew;
+  for (std::size_t cell = 0; cell < base.size(); ++cell) {
+    const auto same = indexOf(comparison.base.record.cells[cell].cell, comparison.newer.record);
+    if (same && !base[cell].empty() && !newer[*same].empty()) {
+      ofBase.push_back(cell);
+      ofNew.push_back(*same);
+      evidence.cells.push_back({cell, *same, {}});
+      evidence.cells.back().change.blocks = std::min(base[cell].size(), newer[*same].size());
+    }
+  }
+  if (!evidence.cells.empty()) {
+    Sample first = sampleOf(base, ofBase);
+    Sample second = sampleOf(newer, ofNew);
+    evidence.overall = difference(second.overall(), first.overall());
+    shareVariances(first.estimates, first.counts);
+    shareVariances(second.estimates, second.counts);
+    for (std::size_t i = 0; i < ofBase.size(); ++i) {
+      evidence.estimates.push_back(difference(second.estimates[i], first.estimates[i]));
+    }
+    evidence.widening = moveBetween(comparison.base.record, comparison.newer.record);
+  }
+  return evidence;
+}
+
+Evidence evidenceOf(const Comparison& comparison) {
+  return comparison.inTurns ? evidenceInTurns(comparison) : evidenceOfTwoSittings(comparison);
+}
+
+/// Percent by which a ratio must differ from 1 for a change to be found four times of five.
+double visibleChange(const Estimate& estimate, double falseAlarms, const Comparison& comparison,
+                     double widening) {
+  constexpr double kFourOfFive = 0.4;  // two-sided, for a tail of a fifth
+  const double freedom = estimate.variance.freedom;
+  const double reach = std::sqrt(estimate.variance.value) *
+                       (criticalValue(falseAlarms, freedom) + criticalValue(kFourOfFive, freedom));
+  return comparison.threshold + kPercent * std::expm1(reach + widening);
+}
+
+void findFailures(const Comparison& comparison, Changes& changes) {
+  const Record& base = comparison.base.record;
+  const Record& newer = comparison.newer.record;
+  const auto hasRatio = [&](std::size_t cell) {
+    return std::any_of(changes.cells.begin(), changes.cells.end(),
+                       [=](const CellChange& change) { return change.base == cell; });
+  };
+  const auto isFine = [](const CellRecord& cell) {
+    return cell.faults.empty() && cell.answer && cell.answer->hasFigure();
+  };
+  const auto isBad = [](const CellRecord& cell) {
+    return !cell.faults.empty() || (cell.answer && !cell.answer->hasFigure());
+  };
+  const bool newDoesNotCome = newer.driver.renderer.empty() && !newer.endingSentence.empty();
+  changes.hopeless = changes.cells.empty();
+  for (std::size_t cell = 0; cell < base.cells.size(); ++cell) {
+    const auto same = indexOf(base.cells[cell].cell, newer);
+    if (!same) {
+      changes.onlyBase.push_back(cell);
+    } else if (!hasRatio(cell)) {
+      const CellRecord& ofBase = base.cells[cell];
+      const CellRecord& ofNew = newer.cells[*same];
+      if (newDoesNotCome || (!isBad(ofBase) && isBad(ofNew))) {
+        changes.newFails.push_back(*same);
+        changes.hopeless = false;
+      } else if (isFine(ofNew) && isBad(ofBase)) {
+        changes.baseFails.push_back(cell);
+      } else {
+        changes.withoutFigures.push_back(cell);
+        changes.hopeless = changes.hopeless && isBad(ofBase);
+      }
+    }
+  }
+  for (std::size_t cell = 0; cell < newer.cells.size(); ++cell) {
+    if (!indexOf(newer.cells[cell].cell, base)) {
+      changes.onlyNew.push_back(cell);
+    }
+  }
+}
+
+}  // namespace
+
+Changes changesOf(const Comparison& comparison) {
+  Evidence evidence = evidenceOf(comparison);
+  Changes changes;
+  judge(evidence, comparison.threshold, kInTheEnd, changes.overall);
+  changes.cells = std::move(evidence.cells);
+  changes.moved = kPercent * std::expm1(evidence.widening);
+  if (evidence.overall) {
+    const double alarms = kInTheEnd.falseAlarms / 2;
+    changes.visibleOverall =
+        visibleChange(*evidence.overall, alarms, comparison, evidence.widening);
+    std::vector<double> visible;
+    for (const Estimate& estimate : evidence.estimates) {
+      visible.push_back(visibleChange(estimate,
+                                      alarms / static_cast<double>(evidence.estimates.size()),
+                                      comparison, evidence.widening));
+    }
+    changes.visible = median(std::move(visible));
+  }
+  findFailures(comparison, changes);
+  return changes;
+}
+
+std::vector<bool> decidedSoFar(const Comparison& comparison) {
+  Evidence evidence = evidenceOf(comparison);
+  Change overall;
+  judge(evidence, comparison.threshold, kOnTheWay, overall);
+  std::vector<bool> decided(comparison.base.record.cells.size(), false);
+  // As long as the mean over all is open, every cell adds to it.
+  if (overall.verdict != Verdict::kUndecided) {
+    for (const CellChange& cell : evidence.cells) {
+      decided[cell.base] = cell.change.verdict != Verdict::kUndecided;
+    }
+  }
+  return decided;
+}
+
+BisectionStatus bisectionStatusOf(const Changes& changes) {
+  bool open = changes.cells.empty() || changes.overall.mayBeSlower;
+  bool slower = !changes.newFails.empty() || changes.overall.verdict == Verdict::kSlower;
+  for (const CellChange& cell : changes.cells) {
+    slower = slower || cell.change.verdict == Verdict::kSlower;
+    open = open || cell.change.mayBeSlower;
+  }
+  if (changes.hopeless) {
+    return kUnusable;
+  }
+  return slower ? kSomethingSlower : open ? kUndecidedStatus : kNothingSlower;
+}
+
+}  // namespace survey

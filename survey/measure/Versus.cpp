@@ -1,0 +1,192 @@
+#include "survey/measure/Versus.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+#include "survey/figures/Changes.h"
+#include "survey/measure/Machine.h"
+#include "survey/measure/Station.h"
+#include "survey/measure/Visits.h"
+
+namespace survey {
+namespace {
+
+/// A block lasts at least so many times as long as its workers took to come up.
+constexpr double kStartTimes = 2;
+/// Blocks before the first look at what is decided, and between two looks.
+constexpr std::size_t kFirstLook = 8;
+constexpr std::size_t kBetweenLooks = 4;
+
+class Sitting {
+ public:
+  Sitting(const std::vector<Cell>& cells, const Settings& settings, double threshold,
+          const Contestant& base, const Contestant& newer,
+          const std::function<void(const Progress&)>& listener)
+      : launches{&base.launch, &newer.launch},
+        tell(listener),
+        station(settings),
+        firstBegins(station.turns().below(2) == 0) {
+    comparison = {true, threshold, {base.name, {}}, {newer.name, {}}};
+    for (const std::size_t side : {0, 1}) {
+      Record& record = recordOf(side);
+      record.settings = settings;
+      record.settings.environment = launches[side]->environment;
+      record.machine = thisMachine();
+      record.before = machineNow();
+      for (const Cell& cell : cells) {
+        record.cells.push_back({cell, std::nullopt, {}});
+      }
+    }
+    decided.assign(cells.size(), false);
+  }
+
+  Comparison take() {
+    Ending ending = Ending::kTimeUp;
+    try {
+      for (std::size_t block = 0; !hasEnded(block, ending); ++block) {
+        takeBlock(block);
+      }
+    } catch (const Interrupted& interrupted) {
+      ending = Ending::kInterrupted;
+      recordOf(0).signal = recordOf(1).signal = interrupted.signal;
+    }
+    workers = {};
+    for (const std::size_t side : {0, 1}) {
+      Record& record = recordOf(side);
+      record.ending = ending;
+      record.elapsed = station.elapsed();
+      record.after = machineNow();
+    }
+    return std::move(comparison);
+  }
+
+ private:
+  Record& recordOf(std::size_t side) {
+    return side == 0 ? comparison.base.record : comparison.newer.record;
+  }
+
+  bool isVisited(std::size_t cell) {
+    return !decided[cell] && isWorthAnotherVisit(recordOf(0).cells[cell]) &&
+           isWorthAnotherVisit(recordOf(1).cells[cell]);
+  }
+  bool anyIsVisited() {
+    for (std::size_t cell = 0; cell < decided.size(); ++cell) {
+      if (isVisited(cell)) {
+        return true;
+      }
+    }
+    return false;
+  }
+
+  bool hasEnded(std::size_t blocks, Ending& ending) {
+    if (noWorker) {
+      ending = Ending::kNoWorker;
+    } else if (station.timeIsUp()) {
+      ending = Ending::kTimeUp;
+    } else {
+      if (blocks >= kFirstLook && (blocks - kFirstLook) % kBetweenLooks == 0) {
+        decided = decidedSoFar(comparison);
+      }
+      if (anyIsVisited()) {
+        return false;
+      }
+      const bool all = std::find(decided.begin(), decided.end(), true) != decided.end();
+      ending = all ? Ending::kPrecise : Ending::kNothingLeft;
+    }
+    return true;
+  }
+
+  void takeBlock(std::size_t block) {
+    workers = {};
+    station.noteSpeed(recordOf(0));
+    recordOf(1).speeds = recordOf(0).speeds;
+    firstBegins = !firstBegins;
+    const double start = station.elapsed();
+    if (!startWorkers()) {
+      return;
+    }
+    const double end = start + kStartTimes * (station.elapsed() - start);
+    do {
+      for (const std::size_t cell : station.turns().order(decided.size())) {
+        if (station.timeIsUp() || !startWorkers()) {
+          return;
+        }
+        if (isVisited(cell)) {
+          visit(cell, block);
+        }
+      }
+    } while (station.elapsed() < end && anyIsVisited());
+  }
+
+  /// Those that are missing; whether both are there.
+  bool startWorkers() {
+    for (const std::size_t side : {firstBegins ? 0U : 1U, firstBegins ? 1U : 0U}) {
+      if (workers[side]) {
+        continue;
+      }
+      try {
+        workers[side] = station.start(*launches[side], recordOf(side));
+        ids[side] = station.started() - 1;
+      } catch (const WorkerFault& fault) {
+        if (side == 0 && recordOf(0).driver.renderer.empty()) {
+          throw CannotSurvey(fault.what());
+        }
+        recordOf(side).endingSentence = fault.what();
+        noWorker = true;
+        return false;
+      }
+    }
+    return true;
+  }
+
+  void visit(std::size_t cell, std::size_t block) {
+    // Who is set up last finds its mesh in the cache: that, too, is drawn by lot.
+    const std::size_t first = station.turns().below(2);
+    const std::size_t second = 1 - first;
+    const double start = station.elapsed();
+    try {
+      const auto patience = station.patienceFor(recordOf(0).cells[cell].cell.detail);
+      bool haveFigures = true;
+      for (const std::size_t side : {first, second}) {
+        CellRecord& own = recordOf(side).cells[cell];
+        own.answer = workers[side]->ask<CellAnswer>(SetCell{own.cell}, patience);
+        haveFigures = haveFigures && own.answer->hasFigure();
+      }
+      if (haveFigures) {
+        FramesInTurns frames =
+            framesInTurns(*workers[first], *workers[second], recordOf(0).settings.frame, patience);
+        recordOf(first).visits.push_back(
+            {cell, block, ids[first], start, std::move(frames.first)});
+        recordOf(second).visits.push_back(
+            {cell, block, ids[second], start, std::move(frames.second)});
+      }
+    } catch (const WorkerFault& fault) {
+      const std::size_t culprit = workers[0]->isAlive() ? 1 : 0;
+      recordOf(culprit).cells[cell].faults.emplace_back(fault.what());
+      workers[culprit].reset();
+    }
+    const double left = std::max(0.0, station.secondsLeft());
+    tell({1 - left / recordOf(0).settings.seconds, left, block, nameOf(recordOf(0).cells[cell].cell)});
+  }
+
+  std::array<const Launch*, 2> launches;  ///< the base side's, then the new one's, as all here
+  const std::function<void(const Progress&)>& tell;
+  Station station;
+  bool firstBegins;  ///< whether the base side's worker comes up first
+  Comparison comparison;
+  std::array<std::unique_ptr<WorkerProcess>, 2> workers;
+  std::array<std::size_t, 2> ids{};
+  std::vector<bool> decided;
+  bool noWorker = false;
+};
+
+}  // namespace
+
+Comparison takeVersus(const std::vector<Cell>& cells, const Settings& settings, double threshold,
+                      const Contestant& base, const Contestant& newer,
+                      const std::function<void(const Progress&)>& tell) {
+  return Sitting(cells, settings, threshold, base, newer, tell).take();
+}
+
+}  // namespace survey

@@ -1,0 +1,116 @@
+// Verdicts on machines whose truth is known.
+#include <cmath>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "survey/figures/Changes.h"
+#include "survey/statistics/SharedVariance.h"
+#include "survey/statistics/TrimmedMean.h"
+#include "tests/survey/SimulatedMachine.h"
+
+namespace survey {
+namespace {
+
+TEST(TrimmedMean, IsTukeyAndMcLaughlins) {
+  // Ten values, two of them cut at either end; the error from the winsorized ones, by hand:
+  // 3 3 3 4 5 6 7 8 8 8 deviate from 5.5 by squares of 42.5 in sum; sqrt(42.5 / (6 * 5)).
+  const std::vector<double> values = {3, 4, 1, 5, 100, 2, 8, 6, 7, 9};
+  const TrimmedMean mean = trimmedMean(values);
+  EXPECT_DOUBLE_EQ(mean.mean, 5.5);
+  EXPECT_EQ(mean.freedom(), 5);
+  EXPECT_NEAR(mean.variance(), 42.5 / 30, 1e-12);
+  EXPECT_TRUE(std::isinf(trimmedMean(std::vector<double>{3}).variance()));
+}
+
+TEST(JointMean, CountsWhatMovesAllCellsAtOnePlaceAsOneMove) {
+  const std::vector<double> values = {1, 2, 3, 4};
+  const std::vector<double> others = {4, 3, 2, 1};
+  const std::vector<std::size_t> places = {0, 1, 2, 3};
+  JointMean together;
+  together.add(trimmedMean(values), places);
+  together.add(trimmedMean(values), places);
+  EXPECT_NEAR(together.variance(), trimmedMean(values).variance(), 1e-12);
+  JointMean opposed;
+  opposed.add(trimmedMean(values), places);
+  opposed.add(trimmedMean(others), places);
+  EXPECT_NEAR(opposed.variance(), 0, 1e-12);
+}
+
+TEST(SharedVariance, FindsWhatTheVariancesWereDrawnAround) {
+  std::mt19937_64 random(3);
+  constexpr double kFreedom = 5;
+  for (const double spread : {8.0, 1e9}) {  // degrees of freedom of the common one
+    std::vector<Variance> drawn;
+    for (int i = 0; i < 2000; ++i) {
+      const double around = 4 * spread / std::chi_squared_distribution(spread)(random);
+      drawn.push_back(
+          {around * std::chi_squared_distribution(kFreedom)(random) / kFreedom, kFreedom});
+    }
+    const Variance common = commonVariance(drawn);
+    EXPECT_NEAR(common.value, 4, 0.3);
+    EXPECT_GT(common.freedom, spread > 100 ? 100 : 6);
+    EXPECT_LT(common.freedom, spread > 100 ? INFINITY : 11) << common.freedom;
+  }
+  const Variance between = moderated({1, 5}, {3, 15});
+  EXPECT_EQ(between.value, 2.5);
+  EXPECT_EQ(between.freedom, 20);
+  EXPECT_EQ(moderated({1, 5}, commonVariance(std::vector<Variance>{{1, 5}, {2, 5}})).value, 1);
+}
+
+Changes simulatedChanges(const Simulation& machine, double effect, double threshold,
+                         std::mt19937_64& random) {
+  Comparison comparison = simulateTurns(machine, effect, random);
+  comparison.threshold = threshold;
+  return changesOf(comparison);
+}
+
+bool isChange(const Change& change) {
+  return change.verdict == Verdict::kSlower || change.verdict == Verdict::kFaster;
+}
+
+bool anyChange(const Changes& changes) {
+  return isChange(changes.overall) ||
+         std::any_of(changes.cells.begin(), changes.cells.end(),
+                     [](const CellChange& cell) { return isChange(cell.change); });
+}
+
+class ChangesOf : public testing::TestWithParam<Simulation> {};
+INSTANTIATE_TEST_SUITE_P(
+    Machine, ChangesOf,
+    testing::Values(Simulation{.dwell = 0.5, .cells = 10, .blocks = 8},
+                    Simulation{.dwell = 2, .cells = 10, .blocks = 12},
+                    Simulation{.dwell = 20, .cells = 30, .blocks = 6},
+                    Simulation{.dwell = 1e6, .cells = 3, .blocks = 20}),
+    [](const auto& regime) { return std::to_string(regime.index); });
+
+TEST_P(ChangesOf, RaiseAFalseAlarmInOneComparisonOfTwentyAtMost) {
+  constexpr int kComparisons = 400;
+  constexpr int kMost = 31;  // 20, and two and a half of the deviations of 400 such draws
+  std::mt19937_64 random(23);
+  for (const double effect : {0.0, -0.03}) {
+    int alarms = 0;
+    for (int i = 0; i < kComparisons; ++i) {
+      // At the very edge: any more would be a change.
+      alarms += anyChange(simulatedChanges(GetParam(), effect, std::max(1e-3, -100 * effect), random));
+    }
+    EXPECT_LE(alarms, kMost) << effect;
+  }
+}
+
+TEST_P(ChangesOf, FindWhatIsThere) {
+  constexpr int kComparisons = 100;
+  std::mt19937_64 random(29);
+  int found = 0;
+  int held = 0;
+  for (int i = 0; i < kComparisons; ++i) {
+    const Changes changes = simulatedChanges(GetParam(), -0.03, 0.5, random);
+    found += changes.overall.verdict == Verdict::kSlower ? 1 : 0;
+    held += changes.overall.ratio.contains(0.97) ? 1 : 0;
+  }
+  EXPECT_GE(found, GetParam().cells < 10 ? 50 : 80);
+  EXPECT_GE(held, 90);
+}
+
+}  // namespace
+}  // namespace survey

@@ -1,0 +1,24 @@
+"""Ends with a sentence unless the page named first is valid HTML, holds the words that follow, and
+needs nothing beside itself; prints how many charts it has."""
+import collections
+import re
+import sys
+
+import html5lib
+
+text = open(sys.argv[1], encoding="utf-8").read()
+page = html5lib.HTMLParser(strict=True, namespaceHTMLElements=False).parse(text)
+
+ids = collections.Counter(element.get("id") for element in page.iter() if element.get("id"))
+assert max(ids.values(), default=1) == 1, "an id twice"
+assert set(re.findall(r"""(?:href=['"]#|url\(#)([^'")]+)""", text)) <= set(ids), "a dead reference"
+
+outside = re.sub(r'xmlns(:xlink)?="[^"]*"', "", text)
+for loaded in ("<script", "<link", "<img", "src=", "@import", "http://", "https://"):
+    assert loaded not in outside, loaded
+
+words = "".join(page.itertext())
+for word in sys.argv[2:]:
+    assert word in words, word
+
+print(sum(str(element.tag).endswith("svg") for element in page.iter()), "charts")
