@@ -15,7 +15,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "survey/statistics/Location.h"
+#include "survey/statistics/Estimate.h"
 #include "survey/statistics/Quantiles.h"
 
 namespace {
@@ -116,7 +116,7 @@ int main(int argc, char** argv) {
     b.push_back(swapped ? pair.first : pair.second);
     ratios.push_back(a.back() / b.back());
   }
-  const survey::Interval interval = survey::locate(ratios);
+  const survey::Interval interval = survey::intervalOf(survey::estimateOf(ratios));
   std::printf(
       "%10.4g %10.4g  ratio %.3f  spread %.1f%% %.1f%%, of the ratio %.1f%%  from %.4f to %.4f\n",
       median(a), median(b), median(ratios), spread(a), spread(b), spread(ratios), interval.low,

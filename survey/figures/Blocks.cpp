@@ -58,10 +58,14 @@ BlockValues blockValuesOf(const Record& record) {
     levels[visit.block].push_back(fit.levels[i]);
     corrected[visit.cell][visit.block].push_back(fit.corrected[i]);
   }
-  BlockValues result{std::vector<std::vector<BlockValue>>(record.cells.size()), slowestOf(fit)};
+  BlockValues result{
+      std::vector<std::vector<BlockValue>>(record.cells.size()), {}, slowestOf(fit)};
+  for (const auto& [block, ofVisits] : levels) {
+    result.levels.push_back(mean(ofVisits));
+  }
   for (std::size_t cell = 0; cell < corrected.size(); ++cell) {
     for (const auto& [block, ofVisits] : corrected[cell]) {
-      result.values[cell].push_back({block, median(ofVisits), mean(levels[block])});
+      result.values[cell].push_back({block, median(ofVisits)});
     }
   }
   return result;

@@ -8,15 +8,16 @@
 
 namespace survey {
 
-/// One cell in one block: logarithms of primitives per second.
+/// One cell in one block.
 struct BlockValue {
   std::size_t block;
-  double corrected;  ///< without what the machine did to all cells at that time
-  double level;      ///< of the machine on average over the block, the same for all cells of it
+  /// The logarithm of primitives per second, without what the machine did to all cells at that time.
+  double corrected;
 };
 
 struct BlockValues {
   std::vector<std::vector<BlockValue>> values;  ///< of each cell, in the order of the blocks
+  std::vector<double> levels;  ///< of the machine, each on average over a block: logarithms
   double slowest = 1;  ///< the machine's slowest level beside its fastest, typically
 };
 

@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <optional>
 
 #include "survey/figures/Blocks.h"
 #include "survey/statistics/Holm.h"
 #include "survey/statistics/Quantiles.h"
-#include "survey/statistics/SharedVariance.h"
 #include "survey/statistics/StudentsT.h"
 #include "survey/statistics/TrimmedMean.h"
 
@@ -24,16 +22,10 @@ struct Sureness {
 constexpr Sureness kInTheEnd{0.05, 0.95};
 constexpr Sureness kOnTheWay{0.001, 0.99};
 
-/// A logarithm of a ratio.
-struct Estimate {
-  double mean;
-  Variance variance;  ///< of the mean
-};
-
 /// Estimates of cells and of the mean over all of them, as they come from one sitting or two.
 struct Evidence {
   std::vector<CellChange> cells;
-  std::vector<Estimate> estimates;  ///< of the cells, in their order
+  std::vector<Estimate> estimates;  ///< of the cells, in their order: logarithms of ratios
   std::optional<Estimate> overall;
   double widening = 0;  ///< of every interval, at either end
 };
@@ -54,12 +46,10 @@ double probabilityWithin(const Estimate& estimate, double threshold, double wide
 
 Change changeFrom(const Estimate& estimate, bool changed, double threshold, double widening,
                   double confidence) {
-  const double reach = std::sqrt(estimate.variance.value) *
-                           criticalValue(1 - confidence, estimate.variance.freedom) +
-                       widening;
+  const Interval interval = intervalOf(estimate, confidence);
   Change change;
-  change.ratio = {std::exp(estimate.mean - reach), std::exp(estimate.mean),
-                  std::exp(estimate.mean + reach)};
+  change.ratio = {std::exp(interval.low - widening), std::exp(interval.middle),
+                  std::exp(interval.high + widening)};
   const double part = threshold / kPercent;
   if (changed) {
     change.verdict = estimate.mean < 0 ? Verdict::kSlower : Verdict::kFaster;
@@ -93,38 +83,16 @@ void judge(Evidence& evidence, double threshold, const Sureness& sureness, Chang
   }
 }
 
-/// Lends the cells' variances to each other; `counts` are the values that each came from.
-void shareVariances(std::vector<Estimate>& estimates, const std::vector<std::size_t>& counts) {
-  std::vector<Variance> ofValues;
-  for (std::size_t i = 0; i < estimates.size(); ++i) {
-    const Variance& variance = estimates[i].variance;
-    ofValues.push_back({variance.value * static_cast<double>(counts[i]), variance.freedom});
-  }
-  std::vector<Variance> known;
-  std::copy_if(ofValues.begin(), ofValues.end(), std::back_inserter(known),
-               [](const Variance& variance) { return variance.freedom > 0; });
-  const Variance common = commonVariance(known);
-  for (std::size_t i = 0; i < estimates.size(); ++i) {
-    if (ofValues[i].freedom > 0) {
-      const Variance shared = moderated(ofValues[i], common);
-      estimates[i].variance = {shared.value / static_cast<double>(counts[i]), shared.freedom};
-    }
-  }
-}
-
 /// Over the blocks of one sitting.
 class Sample {
  public:
   void add(const std::vector<std::size_t>& blocks, const std::vector<double>& values) {
-    const TrimmedMean mean = trimmedMean(values);
-    estimates.push_back({mean.mean, {mean.variance(), mean.freedom()}});
-    counts.push_back(mean.kept);
-    joint.add(mean, blocks);
+    estimates.push_back(estimateOf(values));
+    joint.add(trimmedMean(values), blocks);
   }
   Estimate overall() const { return {joint.mean(), {joint.variance(), joint.freedom()}}; }
 
   std::vector<Estimate> estimates;
-  std::vector<std::size_t> counts;
 
  private:
   JointMean joint;
@@ -150,24 +118,10 @@ Evidence evidenceInTurns(const Comparison& comparison) {
   }
   if (!evidence.cells.empty()) {
     evidence.overall = sample.overall();
-    shareVariances(sample.estimates, sample.counts);
+    shareVariances(sample.estimates);
     evidence.estimates = std::move(sample.estimates);
   }
   return evidence;
-}
-
-/// The difference of two independent estimates, with Welch's degrees of freedom.
-Estimate difference(const Estimate& newer, const Estimate& base) {
-  const double sum = newer.variance.value + base.variance.value;
-  if (!(newer.variance.freedom > 0) || !(base.variance.freedom > 0)) {
-    return {newer.mean - base.mean, {sum, 0}};
-  }
-  const auto part = [](const Variance& variance) {
-    return variance.value * variance.value / variance.freedom;
-  };
-  const double parts = part(newer.variance) + part(base.variance);
-  return {newer.mean - base.mean,
-          {sum, parts > 0 ? sum * sum / parts : std::numeric_limits<double>::infinity()}};
 }
 
 Sample sampleOf(const std::vector<std::vector<BlockValue>>& values,
@@ -178,7 +132,7 @@ Sample sampleOf(const std::vector<std::vector<BlockValue>>& values,
     std::vector<double> logarithms;
     for (const BlockValue& value : values[cell]) {
       blocks.push_back(value.block);
-      logarithms.push_back(value.corrected + value.level);
+      logarithms.push_back(value.corrected);
     }
     sample.add(blocks, logarithms);
   }
@@ -203,8 +157,8 @@ std::optional<std::size_t> indexOf(const Cell& cell, const Record& record) {
 }
 
 Evidence evidenceOfTwoSittings(const Comparison& comparison) {
-  const auto base = blockValuesOf(comparison.base.record).values;
-  const auto newer = blockValuesOf(comparison.newer.record).values;
+  const auto [base, baseLevels, baseSlowest] = blockValuesOf(comparison.base.record);
+  const auto [newer, newLevels, newSlowest] = blockValuesOf(comparison.newer.record);
   Evidence evidence;
   std::vector<std::size_t> ofBase;
   std::vector<std::size_t> ofNew;
@@ -220,11 +174,14 @@ Evidence evidenceOfTwoSittings(const Comparison& comparison) {
   if (!evidence.cells.empty()) {
     Sample first = sampleOf(base, ofBase);
     Sample second = sampleOf(newer, ofNew);
-    evidence.overall = difference(second.overall(), first.overall());
-    shareVariances(first.estimates, first.counts);
-    shareVariances(second.estimates, second.counts);
+    // The zero of the cells' own values is each sitting's own: its levels belong to them.
+    const Estimate levels = difference(plainEstimateOf(newLevels), plainEstimateOf(baseLevels));
+    evidence.overall = sum(difference(second.overall(), first.overall()), levels);
+    shareVariances(first.estimates);
+    shareVariances(second.estimates);
     for (std::size_t i = 0; i < ofBase.size(); ++i) {
-      evidence.estimates.push_back(difference(second.estimates[i], first.estimates[i]));
+      evidence.estimates.push_back(
+          sum(difference(second.estimates[i], first.estimates[i]), levels));
     }
     evidence.widening = moveBetween(comparison.base.record, comparison.newer.record);
   }

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "survey/record/Comparison.h"
-#include "survey/statistics/Location.h"
+#include "survey/statistics/Estimate.h"
 
 namespace survey {
 

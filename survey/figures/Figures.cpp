@@ -18,17 +18,8 @@ Interval exponential(const Interval& logarithms) {
   return {std::exp(logarithms.low), std::exp(logarithms.middle), std::exp(logarithms.high)};
 }
 
-Interval rateOf(const std::vector<BlockValue>& blocks) {
-  std::vector<double> values;
-  values.reserve(blocks.size());
-  for (const BlockValue& block : blocks) {
-    values.push_back(block.corrected + block.level);
-  }
-  return exponential(locate(values));
-}
-
 /// Block by block, where both were measured.
-Interval ratioOf(const std::vector<BlockValue>& blocks, const std::vector<BlockValue>& best) {
+Estimate ratioOf(const std::vector<BlockValue>& blocks, const std::vector<BlockValue>& best) {
   std::vector<double> values;
   for (const BlockValue& block : blocks) {
     const auto same = std::find_if(best.begin(), best.end(),
@@ -38,10 +29,9 @@ Interval ratioOf(const std::vector<BlockValue>& blocks, const std::vector<BlockV
     }
   }
   if (values.empty()) {  // never in one block: the machine's speed is all that joins them
-    const double difference = blocks.front().corrected - best.front().corrected;
-    return exponential(locate(std::vector<double>{difference}));
+    values.push_back(blocks.front().corrected - best.front().corrected);
   }
-  return exponential(locate(values));
+  return estimateOf(values);
 }
 
 /// On a software renderer timer queries count times of the processor.
@@ -77,26 +67,60 @@ bool isPrecise(const Interval& interval, double percent) {
   return 100 * interval.halfWidth() <= percent * interval.middle;
 }
 
-/// Ranks a group whose figures have rates.
-void rank(Group& group, const std::vector<std::vector<BlockValue>>& values, double precision) {
-  std::stable_sort(
-      group.ranking.begin(), group.ranking.end(),
-      [](const CellFigure& a, const CellFigure& b) { return a.rate.middle > b.rate.middle; });
-  for (CellFigure& figure : group.ranking) {
-    const bool best = &figure == &group.ranking.front();
-    figure.ratio =
-        best ? Interval{1, 1, 1} : ratioOf(values[figure.cell], values[group.ranking[0].cell]);
-    figure.leads = figure.ratio.high >= 1;
-    figure.precise = isPrecise(group.ranking.size() == 1 ? figure.rate : figure.ratio, precision);
+/// Fills in the rates: what a cell has of its own, and the machine's mean level.
+void findRates(std::vector<Group>& groups, const BlockValues& blocks) {
+  std::vector<Estimate> estimates;
+  for (const Group& group : groups) {
+    for (const CellFigure& figure : group.ranking) {
+      std::vector<double> values;
+      for (const BlockValue& value : blocks.values[figure.cell]) {
+        values.push_back(value.corrected);
+      }
+      estimates.push_back(estimateOf(values));
+    }
+  }
+  shareVariances(estimates);
+  const Estimate level = estimates.empty() ? Estimate{} : plainEstimateOf(blocks.levels);
+  auto estimate = estimates.begin();
+  for (Group& group : groups) {
+    for (CellFigure& figure : group.ranking) {
+      figure.rate = exponential(intervalOf(sum(*estimate++, level)));
+    }
+  }
+}
+
+/// Ranks the groups, whose figures have rates, and fills in the ratios.
+void rank(std::vector<Group>& groups, const std::vector<std::vector<BlockValue>>& values,
+          double precision) {
+  std::vector<Estimate> estimates;
+  for (Group& group : groups) {
+    std::vector<CellFigure>& ranking = group.ranking;
+    std::stable_sort(ranking.begin(), ranking.end(), [](const CellFigure& a, const CellFigure& b) {
+      return a.rate.middle > b.rate.middle;
+    });
+    for (std::size_t i = 1; i < ranking.size(); ++i) {
+      estimates.push_back(ratioOf(values[ranking[i].cell], values[ranking[0].cell]));
+    }
+  }
+  shareVariances(estimates);
+  auto estimate = estimates.begin();
+  for (Group& group : groups) {
+    for (CellFigure& figure : group.ranking) {
+      const bool best = &figure == &group.ranking.front();
+      figure.ratio = best ? Interval{1, 1, 1} : exponential(intervalOf(*estimate++));
+      figure.leads = figure.ratio.high >= 1;
+      figure.precise = isPrecise(group.ranking.size() == 1 ? figure.rate : figure.ratio, precision);
+    }
   }
 }
 
 }  // namespace
 
 Figures figuresOf(const Record& record) {
-  const auto [values, slowest] = blockValuesOf(record);
+  const BlockValues blocks = blockValuesOf(record);
+  const auto& values = blocks.values;
   Figures figures;
-  figures.slowest = slowest;
+  figures.slowest = blocks.slowest;
   for (const Visit& visit : record.visits) {
     figures.frames += visit.frames.size();
     figures.disturbed += static_cast<std::size_t>(std::count_if(
@@ -124,15 +148,19 @@ Figures figuresOf(const Record& record) {
       figures.unreached += faults.empty() && (!answer || answer->hasFigure()) ? 1 : 0;
       continue;
     }
-    CellFigure figure{.cell = cell, .blocks = values[cell].size(), .rate = rateOf(values[cell])};
-    figure.nanosecondsPerCall = kNanosecondsPerSecond *
-                                static_cast<double>(answer->primitivesPerModel) /
-                                (figure.rate.middle * answer->callsPerModel);
-    figure.gpuShare = gpuShareOf(record, cell);
-    group.ranking.push_back(figure);
+    group.ranking.push_back({.cell = cell,
+                             .blocks = values[cell].size(),
+                             .gpuShare = gpuShareOf(record, cell)});
   }
+  findRates(figures.groups, blocks);
+  rank(figures.groups, values, record.settings.precision);
   for (Group& group : figures.groups) {
-    rank(group, values, record.settings.precision);
+    for (CellFigure& figure : group.ranking) {
+      const CellAnswer& answer = *record.cells[figure.cell].answer;
+      figure.nanosecondsPerCall = kNanosecondsPerSecond *
+                                  static_cast<double>(answer.primitivesPerModel) /
+                                  (figure.rate.middle * answer.callsPerModel);
+    }
     figures.imprecise += static_cast<std::size_t>(
         std::count_if(group.ranking.begin(), group.ranking.end(),
                       [](const CellFigure& figure) { return !figure.precise; }));

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "survey/record/Record.h"
-#include "survey/statistics/Location.h"
+#include "survey/statistics/Estimate.h"
 
 namespace survey {
 
@@ -43,8 +43,8 @@ struct Figures {
   double slowest = 1;         ///< the machine's slowest level beside its fastest, typically
 };
 
-/// The intervals are of 95 %, with the block as the unit of replication. A visit of which some
-/// frames were undisturbed speaks through those alone.
+/// The intervals are of 95 %, with the block as the unit of replication: trimmed means over the
+/// blocks, and cells that lend each other certainty about how far blocks scatter.
 Figures figuresOf(const Record& record);
 
 /// A sentence on a cell of that index: why it has no figure, or what has to be known beside it;

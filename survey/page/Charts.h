@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "survey/figures/Changes.h"
-#include "survey/statistics/Location.h"
+#include "survey/statistics/Estimate.h"
 
 namespace survey {
 

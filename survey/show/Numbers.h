@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "survey/statistics/Location.h"
+#include "survey/statistics/Estimate.h"
 
 namespace survey {
 

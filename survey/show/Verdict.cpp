@@ -262,8 +262,12 @@ std::vector<std::string> sidesOf(const Comparison& comparison) {
   if (base == newer) {
     sentences.push_back(
         fmt::format("THE TWO SIDES ARE THE SAME DRIVER: {} and {} have the same GL strings, the "
-                    "same device, and loaded the same files.",
-                    comparison.base.name, comparison.newer.name));
+                    "same device, and loaded the same files{}.",
+                    comparison.base.name, comparison.newer.name,
+                    comparison.base.record.settings.environment ==
+                            comparison.newer.record.settings.environment
+                        ? ""
+                        : ", in environments that differ"));
   }
   return sentences;
 }

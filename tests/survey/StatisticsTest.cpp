@@ -7,44 +7,21 @@
 #include "survey/figures/Figures.h"
 #include "survey/statistics/CommonFactor.h"
 #include "survey/statistics/Holm.h"
-#include "survey/statistics/Location.h"
+#include "survey/statistics/Estimate.h"
 #include "survey/statistics/Quantiles.h"
 #include "tests/survey/SimulatedMachine.h"
 
 namespace survey {
 namespace {
 
-TEST(Location, AgreesWithTablesOfTheSignedRankTest) {
-  // Nine patients before and after a therapy, from the textbook of Hollander and Wolfe: two-sided
-  // p = 20/512, estimate -0.46, interval of 96.1 % from -0.786 to -0.010.
-  const std::vector<double> differences = {-0.952, 0.147,  -1.022, -0.430, -0.620,
-                                           -0.590, -0.490, 0.080,  -0.010};
-  EXPECT_NEAR(probabilityOfNoEffect(differences), 20.0 / 512, 1e-12);
-  const Interval interval = locate(differences);
-  EXPECT_NEAR(interval.middle, -0.46, 1e-9);
-  EXPECT_NEAR(interval.low, -0.786, 1e-9);
-  EXPECT_NEAR(interval.high, -0.010, 1e-9);
-}
-
-TEST(Location, OfFewValuesIsStudents) {
-  const Interval interval = locate(std::vector<double>{1, 2, 4});
+TEST(Estimate, OfFewValuesIsStudents) {
+  const Interval interval = intervalOf(estimateOf(std::vector<double>{1, 2, 4}));
   EXPECT_NEAR(interval.middle, 7.0 / 3, 1e-12);
   EXPECT_NEAR(interval.halfWidth(), 4.302653 * std::sqrt(7.0 / 9), 1e-5);
-  EXPECT_NEAR(probabilityOfNoEffect(std::vector<double>{1, 2, 4}), 1 - std::sqrt(7.0) / 3, 1e-12);
-  EXPECT_EQ(locate(std::vector<double>{3}).high, INFINITY);
-  EXPECT_EQ(probabilityOfNoEffect(std::vector<double>{3}), 1);
-  EXPECT_EQ(probabilityOfNoEffect(std::vector<double>{0, 0, 0}), 1);
-}
-
-TEST(Location, ProbabilityAndIntervalSayTheSame) {
-  std::mt19937_64 random(11);
-  std::normal_distribution<> normal(0.5, 1);
-  for (int i = 0; i < 300; ++i) {
-    std::vector<double> values(2 + static_cast<std::size_t>(i % 14));
-    std::generate(values.begin(), values.end(), [&] { return normal(random); });
-    EXPECT_EQ(probabilityOfNoEffect(values) <= 0.05, !locate(values).contains(0))
-        << testing::PrintToString(values);
-  }
+  EXPECT_EQ(intervalOf(estimateOf(std::vector<double>{3})).high, INFINITY);
+  const Estimate between = difference({17.2, {0.5, 4}, 5}, {15.8, {0.2, 8}, 9});
+  EXPECT_NEAR(between.mean, 1.4, 1e-12);
+  EXPECT_NEAR(between.variance.freedom, 0.49 / (0.0625 + 0.005), 1e-9);
 }
 
 TEST(Holm, StepsDownUntilOneIsNotSureEnough) {
