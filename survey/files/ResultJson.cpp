@@ -12,6 +12,12 @@
 #include "survey/record/RecordJson.h"
 
 namespace survey {
+
+NLOHMANN_JSON_SERIALIZE_ENUM(Verdict, {{Verdict::kUndecided, "undecided"},
+                                       {Verdict::kSame, "same"},
+                                       {Verdict::kSlower, "slower"},
+                                       {Verdict::kFaster, "faster"}})
+
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -55,11 +61,6 @@ Json withoutJson(const Record& record) {
   }
   return without;
 }
-
-NLOHMANN_JSON_SERIALIZE_ENUM(Verdict, {{Verdict::kUndecided, "undecided"},
-                                       {Verdict::kSame, "same"},
-                                       {Verdict::kSlower, "slower"},
-                                       {Verdict::kFaster, "faster"}})
 
 Json changeJson(const std::string& name, const Change& change) {
   return {{"name", name},

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <random>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -6,6 +7,7 @@
 #include "survey/files/ResultJson.h"
 #include "survey/record/RecordJson.h"
 #include "survey/show/Numbers.h"
+#include "tests/survey/SimulatedMachine.h"
 
 namespace survey {
 namespace {
@@ -68,6 +70,23 @@ TEST(ResultJson, IsReadBackAsItWas) {
   EXPECT_EQ(nlohmann::json(read), nlohmann::json(record));
   EXPECT_EQ(read.visits[0].frames[0].steal, 6);
   EXPECT_EQ(read.ending, Ending::kInterrupted);
+}
+
+TEST(ResultJson, HoldsComparisonsWithTheirVerdicts) {
+  std::mt19937_64 random(7);
+  Comparison comparison = simulateTurns({.dwell = 2, .cells = 4}, -0.2, random);
+  comparison.threshold = 2;
+  const std::string text = resultJson(comparison);
+  const auto read = std::get<Comparison>(resultOf(text));
+  EXPECT_EQ(resultJson(read), text);
+  EXPECT_EQ(nlohmann::json(read.newer.record), nlohmann::json(comparison.newer.record));
+  const auto json = nlohmann::json::parse(text);
+  const auto& changes = json.at("sorvanta").at("changes");
+  EXPECT_EQ(changes.at("overall").at("verdict"), "slower");
+  EXPECT_EQ(changes.at("cells").at(3).at("name"), "method3/triStrip/64");
+  EXPECT_EQ(changes.at("status"), 1);
+  EXPECT_EQ(json.at("benchmarks").at(0).at("name"), "base/method0/triStrip/64");
+  EXPECT_EQ(json.at("benchmarks").back().at("run_name"), "new/method3/triStrip/64");
 }
 
 TEST(ResultJson, SaysWhatIsWrongWithAFile) {
