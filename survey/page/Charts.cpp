@@ -123,6 +123,9 @@ std::string Charts::lines(const std::string& title, const std::vector<Line>& lin
   }
   std::sort(details.begin(), details.end());
   details.erase(std::unique(details.begin(), details.end()), details.end());
+  for (double decade = 1e-3; decade < 1e6; decade *= 10) {
+    script += fmt::format("set ytics add ({}, {}, {})\n", decade, 2 * decade, 5 * decade);
+  }
   script += fmt::format("set xtics ({0})\nset xrange [{1}:{2}]\nplot {3}\n",
                         fmt::join(details, ", "), details.front() / 1.3, details.back() * 1.3,
                         plots);
@@ -181,8 +184,9 @@ std::string Charts::ratios(const std::string& title, const std::vector<Ratio>& r
         "title '{}'",
         i == 0 ? "" : ", ", i, kLooks[i].colour, kLooks[i].shape, kNames[i]);
   }
+  constexpr int kSlantedTics = 30;
   return draw(title, script + "plot " + plots + '\n',
-              kFrameHeight + kRowHeight * (3 + 2 * static_cast<int>(ratios.size())));
+              kFrameHeight + kSlantedTics + kRowHeight * (3 + 2 * static_cast<int>(ratios.size())));
 }
 
 }  // namespace survey

@@ -86,8 +86,6 @@ std::string sourcesOf(const std::vector<std::pair<std::string, const Record*>>& 
       {"device", [](const Record& r) { return r.driver.device; }},
       {"environment",
        [](const Record& r) { return fmt::format("{}", fmt::join(r.settings.environment, " ")); }},
-      {"driver files",
-       [](const Record& r) { return fmt::format("{}", fmt::join(r.driver.libraries, " ")); }},
       {"host", [](const Record& r) { return r.machine.host; }},
       {"processor",
        [](const Record& r) {
@@ -116,7 +114,14 @@ std::string sourcesOf(const std::vector<std::pair<std::string, const Record*>>& 
     }
     html += known ? fmt::format("<tr><th>{}</th>{}</tr>\n", fact, cells) : "";
   }
-  return html + "</tbody></table></div>\n";
+  html += "<tr><th>driver files</th>";
+  for (const auto& [name, record] : records) {
+    const std::vector<std::string>& files = record->driver.libraries;
+    html += fmt::format(
+        "<td class=\"text\"><details><summary>{} that were loaded</summary>{}</details></td>",
+        files.size(), escaped(fmt::format("{}", fmt::join(files, " "))));
+  }
+  return html + "</tr>\n</tbody></table></div>\n";
 }
 
 /// A method's figure in a group like that one.
