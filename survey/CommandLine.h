@@ -11,7 +11,8 @@
 namespace survey {
 
 constexpr double kDefaultThreshold = 5;
-/// Milliseconds. Pairs of frames that a jump of the machine's speed spoils are few if they are short.
+/// Milliseconds. Pairs of frames that a jump of the machine's speed spoils are few if they are
+/// short.
 constexpr double kFrameInTurns = 5;
 
 /// What takes a sitting.

@@ -19,12 +19,12 @@ Comparison taken(const VersusCommand& command, const Launch& launch) {
     return Contestant{name, {launch.command, variables}};
   };
   ProgressBar bar(!command.quiet);
-  Comparison comparison = takeVersus(command.cells, command.settings, command.threshold,
-                                     contestant(command.baseName, command.base),
-                                     contestant(command.newName, command.newer),
-                                     [&](const Progress& progress) {
-                                       bar.show(progress.part, progress.secondsLeft, progress.cell);
-                                     });
+  Comparison comparison =
+      takeVersus(command.cells, command.settings, command.threshold,
+                 contestant(command.baseName, command.base),
+                 contestant(command.newName, command.newer), [&](const Progress& progress) {
+                   bar.show(progress.part, progress.secondsLeft, progress.cell);
+                 });
   comparison.base.record.program = comparison.newer.record.program = thisProgram();
   return comparison;
 }

@@ -1,6 +1,6 @@
-// To be preloaded: makes a driver slower by a known part, in processor time of the submitting thread.
-// $SLOW_FLUSH percent of what has passed since the last glFlush are burnt in each glFlush; where
-// glCallList was called in between, $SLOW_LIST percent on top.
+// To be preloaded: makes a driver slower by a known part, in processor time of the submitting
+// thread. $SLOW_FLUSH percent of what has passed since the last glFlush are burnt in each glFlush;
+// where glCallList was called in between, $SLOW_LIST percent on top.
 #include <cstdlib>
 #include <ctime>
 

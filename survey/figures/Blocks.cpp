@@ -58,8 +58,7 @@ BlockValues blockValuesOf(const Record& record) {
     levels[visit.block].push_back(fit.levels[i]);
     corrected[visit.cell][visit.block].push_back(fit.corrected[i]);
   }
-  BlockValues result{
-      std::vector<std::vector<BlockValue>>(record.cells.size()), {}, slowestOf(fit)};
+  BlockValues result{std::vector<std::vector<BlockValue>>(record.cells.size()), {}, slowestOf(fit)};
   for (const auto& [block, ofVisits] : levels) {
     result.levels.push_back(mean(ofVisits));
   }

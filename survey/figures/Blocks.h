@@ -11,14 +11,15 @@ namespace survey {
 /// One cell in one block.
 struct BlockValue {
   std::size_t block;
-  /// The logarithm of primitives per second, without what the machine did to all cells at that time.
+  /// The logarithm of primitives per second, without what the machine did to all cells at that
+  /// time.
   double corrected;
 };
 
 struct BlockValues {
   std::vector<std::vector<BlockValue>> values;  ///< of each cell, in the order of the blocks
   std::vector<double> levels;  ///< of the machine, each on average over a block: logarithms
-  double slowest = 1;  ///< the machine's slowest level beside its fastest, typically
+  double slowest = 1;          ///< the machine's slowest level beside its fastest, typically
 };
 
 /// A visit of which some frames were undisturbed speaks through those alone.

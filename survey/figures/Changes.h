@@ -38,15 +38,16 @@ struct CellChange {
 };
 
 struct Changes {
-  std::vector<CellChange> cells;             ///< in the order of the base side's
-  std::vector<std::size_t> onlyBase;         ///< its cells that the new side was not asked for
-  std::vector<std::size_t> onlyNew;          ///< the other way round
-  std::vector<std::size_t> newFails;         ///< the new side's that have a figure on the base side alone
-  std::vector<std::size_t> baseFails;        ///< the base side's that have a figure on the new one alone
-  std::vector<std::size_t> withoutFigures;   ///< the base side's that have none on either
-  Change overall;                            ///< the geometric mean over the cells
-  bool hopeless = false;      ///< no cell has, or could get, a ratio, and that is not the new side's fault
-  double visible = 0;         ///< percent: a change of one cell that would most probably be found
+  std::vector<CellChange> cells;       ///< in the order of the base side's
+  std::vector<std::size_t> onlyBase;   ///< its cells that the new side was not asked for
+  std::vector<std::size_t> onlyNew;    ///< the other way round
+  std::vector<std::size_t> newFails;   ///< the new side's that have a figure on the base side alone
+  std::vector<std::size_t> baseFails;  ///< the base side's that have a figure on the new one alone
+  std::vector<std::size_t> withoutFigures;  ///< the base side's that have none on either
+  Change overall;                           ///< the geometric mean over the cells
+  bool hopeless =
+      false;           ///< no cell has, or could get, a ratio, and that is not the new side's fault
+  double visible = 0;  ///< percent: a change of one cell that would most probably be found
   double visibleOverall = 0;  ///< percent: one of all cells
   /// Percent that the machine's own speed moved by between two sittings, where that is known; the
   /// intervals of sides that did not draw in turns are wider by so much at either end.

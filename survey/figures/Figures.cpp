@@ -148,9 +148,8 @@ Figures figuresOf(const Record& record) {
       figures.unreached += faults.empty() && (!answer || answer->hasFigure()) ? 1 : 0;
       continue;
     }
-    group.ranking.push_back({.cell = cell,
-                             .blocks = values[cell].size(),
-                             .gpuShare = gpuShareOf(record, cell)});
+    group.ranking.push_back(
+        {.cell = cell, .blocks = values[cell].size(), .gpuShare = gpuShareOf(record, cell)});
   }
   findRates(figures.groups, blocks);
   rank(figures.groups, values, record.settings.precision);

@@ -72,8 +72,7 @@ Json changeJson(const std::string& name, const Change& change) {
 Json changesJson(const Comparison& comparison, const Changes& changes) {
   Json cells = Json::array();
   for (const CellChange& cell : changes.cells) {
-    cells.push_back(
-        changeJson(nameOf(comparison.base.record.cells[cell.base].cell), cell.change));
+    cells.push_back(changeJson(nameOf(comparison.base.record.cells[cell.base].cell), cell.change));
   }
   Json fails = Json::array();
   for (const std::size_t cell : changes.newFails) {
@@ -151,8 +150,9 @@ Result resultOf(std::string_view text) {
       return own.at("record").get<Record>();
     }
     const auto& comparison = own.at("comparison");
-    return Comparison{comparison.at("inTurns").get<bool>(), comparison.at("threshold").get<double>(),
-                      sideOf(comparison.at("base")), sideOf(comparison.at("new"))};
+    return Comparison{comparison.at("inTurns").get<bool>(),
+                      comparison.at("threshold").get<double>(), sideOf(comparison.at("base")),
+                      sideOf(comparison.at("new"))};
   } catch (const nlohmann::json::exception& error) {
     throw std::runtime_error(fmt::format("this result is damaged: {}", error.what()));
   }

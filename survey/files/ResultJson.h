@@ -4,7 +4,8 @@
 /// A repetition is a block, an iteration one drawing of the whole model. The times are as measured;
 /// the machine's moves are taken out only in figures. Cells without a figure are no entries among
 /// the benchmarks, as tools take an entry's times for granted; they stand under "without". Of a
-/// comparison each side's entries begin with its name, so that `compare.py filters` takes them apart.
+/// comparison each side's entries begin with its name, so that `compare.py filters` takes them
+/// apart.
 #pragma once
 
 #include <string>

@@ -84,8 +84,8 @@ std::unique_ptr<WorkerProcess> Station::start(const Launch& launch, Record& reco
       // The first worker tries the devices; the others take the one that it found.
       const bool found = !record.driver.renderer.empty();
       record.driver = worker->ask<Driver>(
-          Begin{found ? std::to_string(record.driver.number) : settings_.device,
-                settings_.onScreen, core_, turns_.below(std::uint64_t{1} << 32)},
+          Begin{found ? std::to_string(record.driver.number) : settings_.device, settings_.onScreen,
+                core_, turns_.below(std::uint64_t{1} << 32)},
           patienceFor(0));
       ++started_;
       return worker;

@@ -60,8 +60,7 @@ class Sitting {
       record.ending = Ending::kTimeUp;
       return false;
     }
-    if (blocks > 0 &&
-        std::none_of(record.cells.begin(), record.cells.end(), isWorthAnotherVisit)) {
+    if (blocks > 0 && std::none_of(record.cells.begin(), record.cells.end(), isWorthAnotherVisit)) {
       record.ending = Ending::kNothingLeft;
       return false;
     }

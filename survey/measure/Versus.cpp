@@ -156,8 +156,7 @@ class Sitting {
       if (haveFigures) {
         FramesInTurns frames =
             framesInTurns(*workers[first], *workers[second], recordOf(0).settings.frame, patience);
-        recordOf(first).visits.push_back(
-            {cell, block, ids[first], start, std::move(frames.first)});
+        recordOf(first).visits.push_back({cell, block, ids[first], start, std::move(frames.first)});
         recordOf(second).visits.push_back(
             {cell, block, ids[second], start, std::move(frames.second)});
       }
@@ -167,7 +166,8 @@ class Sitting {
       workers[culprit].reset();
     }
     const double left = std::max(0.0, station.secondsLeft());
-    tell({1 - left / recordOf(0).settings.seconds, left, block, nameOf(recordOf(0).cells[cell].cell)});
+    tell({1 - left / recordOf(0).settings.seconds, left, block,
+          nameOf(recordOf(0).cells[cell].cell)});
   }
 
   std::array<const Launch*, 2> launches;  ///< the base side's, then the new one's, as all here

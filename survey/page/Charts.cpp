@@ -36,7 +36,8 @@ std::string quoted(std::string text) {
 std::string styleOfAll() {
   return fmt::format(
       "set border 1 linecolor rgb '{0}'\nset tics nomirror textcolor rgb '{0}'\n"
-      "set key textcolor rgb '{0}'\nset xlabel textcolor rgb '{0}'\nset ylabel textcolor rgb '{0}'\n"
+      "set key textcolor rgb '{0}'\nset xlabel textcolor rgb '{0}'\nset ylabel textcolor rgb "
+      "'{0}'\n"
       "set grid x linecolor rgb '#999999' dashtype 3\nset datafile missing '?'\n",
       kInk);
 }
@@ -46,8 +47,9 @@ bool isFinite(const Interval& interval) {
 }
 
 std::string labelAt(const std::string& text, double y) {
-  return fmt::format("set label {} at graph 0, first {} left offset 0.3,0 textcolor rgb '{}' front\n",
-                     quoted(text), y, kInk);
+  return fmt::format(
+      "set label {} at graph 0, first {} left offset 0.3,0 textcolor rgb '{}' front\n",
+      quoted(text), y, kInk);
 }
 
 }  // namespace
@@ -71,26 +73,29 @@ std::string Charts::bars(const std::string& title, const std::vector<Bars>& bars
     for (std::size_t i = 0; i < names.size(); ++i, y -= 1) {
       if (const auto& value = group.values[i]) {
         boxes[i] += fmt::format("0 {0} 0 {1} {2} {3}\n", y, value->middle, y - 0.42, y + 0.42);
-        whiskers += isFinite(*value) ? fmt::format("{} {} {} {}\n", value->middle, y, value->low,
-                                                   value->high)
-                                     : "";
+        whiskers += isFinite(*value)
+                        ? fmt::format("{} {} {} {}\n", value->middle, y, value->low, value->high)
+                        : "";
       }
     }
   }
   std::string plots;
   for (std::size_t i = 0; i < names.size(); ++i) {
-    script += fmt::format("$bars{} << END\n{}END\n", i, boxes[i].empty() ? "? ? ? ? ? ?\n" : boxes[i]);
-    plots += fmt::format("$bars{} with boxxyerror fillstyle solid 1 noborder linecolor rgb '{}' "
-                         "title {}, ",
-                         i, colour(i), quoted(names[i]));
+    script +=
+        fmt::format("$bars{} << END\n{}END\n", i, boxes[i].empty() ? "? ? ? ? ? ?\n" : boxes[i]);
+    plots += fmt::format(
+        "$bars{} with boxxyerror fillstyle solid 1 noborder linecolor rgb '{}' "
+        "title {}, ",
+        i, colour(i), quoted(names[i]));
   }
   script += fmt::format("$whiskers << END\n{}END\n", whiskers.empty() ? "? ? ? ?\n" : whiskers);
   const bool hasKey = names.size() > 1;
   script += hasKey ? "set key below maxcols 1 left Left reverse\n" : "unset key\n";
   script += "plot " + plots +
-            fmt::format("$whiskers using 1:2:3:4 with xerrorbars linecolor rgb '{}' pointtype -1 "
-                        "notitle\n",
-                        kInk);
+            fmt::format(
+                "$whiskers using 1:2:3:4 with xerrorbars linecolor rgb '{}' pointtype -1 "
+                "notitle\n",
+                kInk);
   const std::size_t keyRows = hasKey ? names.size() : 0;
   return draw(title, script, kFrameHeight + kRowHeight * static_cast<int>(rows + keyRows));
 }
@@ -108,9 +113,9 @@ std::string Charts::lines(const std::string& title, const std::vector<Line>& lin
     for (const Point& point : lines[i].points) {
       details.push_back(point.x);
       const bool known = isFinite(point.y) && point.y.low > 0;
-      script += fmt::format("{} {} {} {}\n", point.x, point.y.middle,
-                            known ? point.y.low : point.y.middle,
-                            known ? point.y.high : point.y.middle);
+      script +=
+          fmt::format("{} {} {} {}\n", point.x, point.y.middle,
+                      known ? point.y.low : point.y.middle, known ? point.y.high : point.y.middle);
     }
     script += "END\n";
     // Colours repeat after seven lines; dashes and shapes do not.
@@ -126,9 +131,9 @@ std::string Charts::lines(const std::string& title, const std::vector<Line>& lin
   for (double decade = 1e-3; decade < 1e6; decade *= 10) {
     script += fmt::format("set ytics add ({}, {}, {})\n", decade, 2 * decade, 5 * decade);
   }
-  script += fmt::format("set xtics ({0})\nset xrange [{1}:{2}]\nplot {3}\n",
-                        fmt::join(details, ", "), details.front() / 1.3, details.back() * 1.3,
-                        plots);
+  script +=
+      fmt::format("set xtics ({0})\nset xrange [{1}:{2}]\nplot {3}\n", fmt::join(details, ", "),
+                  details.front() / 1.3, details.back() * 1.3, plots);
   constexpr int kPlotHeight = 280;
   return draw(title, script, kPlotHeight + kRowHeight * (2 + static_cast<int>(lines.size())));
 }

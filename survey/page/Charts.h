@@ -18,8 +18,8 @@ class Charts {
     std::string label;
     std::vector<std::optional<Interval>> values;  ///< one for each name
   };
-  /// A group of bars under each label, one bar for each name, with whiskers for intervals. The names
-  /// stand in a key where there are several.
+  /// A group of bars under each label, one bar for each name, with whiskers for intervals. The
+  /// names stand in a key where there are several.
   std::string bars(const std::string& title, const std::vector<Bars>& bars,
                    const std::vector<std::string>& names, const std::string& unit);
 

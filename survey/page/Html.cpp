@@ -35,8 +35,8 @@ std::string_view classOf(Tint tint) {
 std::string escaped(std::string_view text) {
   // Through JSON, which replaces what is no UTF-8.
   const std::string sound =
-      nlohmann::json::parse(nlohmann::json(std::string(text)).dump(
-                                -1, ' ', false, nlohmann::json::error_handler_t::replace))
+      nlohmann::json::parse(nlohmann::json(std::string(text))
+                                .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace))
           .get<std::string>();
   std::string html;
   for (const char character : sound) {
@@ -65,9 +65,9 @@ std::string htmlOf(const Grid& grid) {
   const std::vector<std::size_t> columns = usedColumns(grid);
   std::string html;
   for (const Section& section : grid.sections) {
-    html += fmt::format("<div class=\"wide\"><table>\n<caption>{}</caption>\n<thead>{}</thead>\n",
-                        escaped(section.title),
-                        rowOf(section.rows.front(), columns, grid, "th", ""));
+    html +=
+        fmt::format("<div class=\"wide\"><table>\n<caption>{}</caption>\n<thead>{}</thead>\n",
+                    escaped(section.title), rowOf(section.rows.front(), columns, grid, "th", ""));
     html += "<tbody>\n";
     for (std::size_t i = 1; i < section.rows.size(); ++i) {
       html += rowOf(section.rows[i], columns, grid, "td", classOf(section.tints[i]));

@@ -222,9 +222,9 @@ std::string lineCharts(const Survey& survey, Charts& charts) {
       }
     }
     if (several && !lines.empty()) {
-      const std::string title = fmt::format("Rates over detail, {}, {}{}", first.primitive,
-                                            attributesInWords(first.sent),
-                                            survey.name.empty() ? "" : ", " + survey.name);
+      const std::string title =
+          fmt::format("Rates over detail, {}, {}{}", first.primitive, attributesInWords(first.sent),
+                      survey.name.empty() ? "" : ", " + survey.name);
       html += figure(title, charts.lines(title, lines, unitOf(first.primitive)));
     }
   }
@@ -242,11 +242,12 @@ std::string surveysOf(const std::vector<Survey>& surveys, Charts& charts) {
   html += "<h2>Measured on</h2>\n" + sourcesOf(records);
   html += "<h2>Rates</h2>\n<div class=\"charts\">\n" + barCharts(surveys, charts);
   for (const Survey& survey : surveys) {
-    html += lineCharts(surveys.size() > 1 ? survey : Survey{"", survey.record, survey.figures},
-                       charts);
+    html +=
+        lineCharts(surveys.size() > 1 ? survey : Survey{"", survey.record, survey.figures}, charts);
   }
-  html += "</div>\n<p>Bars and points are rates; the lines through them are intervals of "
-          "95&nbsp;%.</p>\n";
+  html +=
+      "</div>\n<p>Bars and points are rates; the lines through them are intervals of "
+      "95&nbsp;%.</p>\n";
   for (const Survey& survey : surveys) {
     html += fmt::format("<h2>{}</h2>\n", surveys.size() > 1 ? escaped(survey.name) : "Figures");
     html += htmlOf(gridOf(*survey.record, survey.figures));

@@ -47,8 +47,7 @@ std::vector<std::string> assignmentsIn(const std::string& words, const std::stri
   std::vector<std::string> assignments(expanded.we_wordv, expanded.we_wordv + expanded.we_wordc);
   for (const std::string& word : assignments) {
     if (!isAssignment(word)) {
-      throw Unusable(
-          fmt::format("{}: '{}' is no assignment; write VARIABLE=value", option, word));
+      throw Unusable(fmt::format("{}: '{}' is no assignment; write VARIABLE=value", option, word));
     }
   }
   return assignments;

@@ -72,20 +72,13 @@ static void from_json(const Json& json, CellRecord& cell) {
 }
 
 void to_json(Json& json, const Record& record) {
-  json = {{"program", record.program},
-          {"settings", record.settings},
-          {"machine", record.machine},
-          {"before", record.before},
-          {"after", record.after},
-          {"driver", record.driver},
-          {"cells", record.cells},
-          {"frameColumns", kFrameColumns},
-          {"visits", record.visits},
-          {"speeds", record.speeds},
-          {"ending", record.ending},
-          {"endingSentence", record.endingSentence},
-          {"signal", record.signal},
-          {"elapsed", record.elapsed}};
+  json = {{"program", record.program}, {"settings", record.settings},
+          {"machine", record.machine}, {"before", record.before},
+          {"after", record.after},     {"driver", record.driver},
+          {"cells", record.cells},     {"frameColumns", kFrameColumns},
+          {"visits", record.visits},   {"speeds", record.speeds},
+          {"ending", record.ending},   {"endingSentence", record.endingSentence},
+          {"signal", record.signal},   {"elapsed", record.elapsed}};
 }
 
 void from_json(const Json& json, Record& record) {

@@ -29,8 +29,7 @@ std::string direction(const Interval& ratio) {
 std::string changeInWords(const Interval& ratio) {
   const double reach = kPercent * ratio.halfWidth();
   return fmt::format("{} ± {} {}", percentOf(ratio),
-                     std::isfinite(reach) ? fmt::format("{:.1f} %", reach) : "?",
-                     direction(ratio));
+                     std::isfinite(reach) ? fmt::format("{:.1f} %", reach) : "?", direction(ratio));
 }
 
 std::string cellInWords(const Cell& cell) {
@@ -53,9 +52,7 @@ std::size_t countOf(const Changes& changes, Verdict verdict) {
 const CellChange* extremeOf(const Changes& changes, Verdict verdict) {
   const CellChange* extreme = nullptr;
   for (const CellChange& cell : changes.cells) {
-    const auto size = [](const CellChange& c) {
-      return std::abs(std::log(c.change.ratio.middle));
-    };
+    const auto size = [](const CellChange& c) { return std::abs(std::log(c.change.ratio.middle)); };
     if (cell.change.verdict == verdict && (extreme == nullptr || size(cell) > size(*extreme))) {
       extreme = &cell;
     }
@@ -63,8 +60,7 @@ const CellChange* extremeOf(const Changes& changes, Verdict verdict) {
   return extreme;
 }
 
-std::string extremeInWords(const Comparison& comparison, const Changes& changes,
-                           Verdict verdict) {
+std::string extremeInWords(const Comparison& comparison, const Changes& changes, Verdict verdict) {
   const CellChange* const extreme = extremeOf(changes, verdict);
   if (extreme == nullptr) {
     return "";
@@ -128,17 +124,16 @@ class Rows {
 
   /// Sections are groups of neighbours: details are outermost in a record's cells.
   void add(const Cell& cell, Row row, Tint tint) {
-    const std::string title = fmt::format("Detail {}, {}, {}", cell.detail, cell.primitive,
-                                          attributesInWords(cell.with));
-    auto section =
-        std::find_if(grid.sections.begin(), grid.sections.end(),
-                     [&](const Section& existing) { return existing.title == title; });
+    const std::string title =
+        fmt::format("Detail {}, {}, {}", cell.detail, cell.primitive, attributesInWords(cell.with));
+    auto section = std::find_if(grid.sections.begin(), grid.sections.end(),
+                                [&](const Section& existing) { return existing.title == title; });
     if (section == grid.sections.end()) {
       const std::string unit = ' ' + unitOf(cell.primitive);
-      grid.sections.push_back({title,
-                               {{"method", comparison.base.name + unit,
-                                 comparison.newer.name + unit, "ratio", "±", "blocks", "verdict",
-                                 "note"}}});
+      grid.sections.push_back(
+          {title,
+           {{"method", comparison.base.name + unit, comparison.newer.name + unit, "ratio", "±",
+             "blocks", "verdict", "note"}}});
       section = grid.sections.end() - 1;
     }
     section->add(std::move(row), tint);
@@ -220,13 +215,13 @@ std::string verdictOf(const Comparison& comparison, const Changes& changes) {
   std::string failing =
       changes.newFails.empty()
           ? ""
-          : fmt::format("{} fails in {} that {} carries ({})", name,
-                        cells(changes.newFails.size()), comparison.base.name,
-                        namesOf(comparison.newer.record, changes.newFails));
+          : fmt::format("{} fails in {} that {} carries ({})", name, cells(changes.newFails.size()),
+                        comparison.base.name, namesOf(comparison.newer.record, changes.newFails));
   if (changes.cells.empty()) {
-    return !failing.empty()     ? failing + '.'
-           : changes.hopeless ? fmt::format("{} has no figure to compare with.", comparison.base.name)
-                              : "The time did not suffice for anything to compare.";
+    return !failing.empty() ? failing + '.'
+           : changes.hopeless
+               ? fmt::format("{} has no figure to compare with.", comparison.base.name)
+               : "The time did not suffice for anything to compare.";
   }
   failing += failing.empty() ? "" : "; ";
   const std::size_t slower = countOf(changes, Verdict::kSlower);
@@ -256,18 +251,16 @@ std::string verdictOf(const Comparison& comparison, const Changes& changes) {
 std::vector<std::string> sidesOf(const Comparison& comparison) {
   const Driver& base = comparison.base.record.driver;
   const Driver& newer = comparison.newer.record.driver;
-  std::vector<std::string> sentences{
-      sideOf(comparison.base) + ownFilesOf(base, newer) + '.',
-      sideOf(comparison.newer) + ownFilesOf(newer, base) + '.'};
+  std::vector<std::string> sentences{sideOf(comparison.base) + ownFilesOf(base, newer) + '.',
+                                     sideOf(comparison.newer) + ownFilesOf(newer, base) + '.'};
   if (base == newer) {
-    sentences.push_back(
-        fmt::format("THE TWO SIDES ARE THE SAME DRIVER: {} and {} have the same GL strings, the "
-                    "same device, and loaded the same files{}.",
-                    comparison.base.name, comparison.newer.name,
-                    comparison.base.record.settings.environment ==
-                            comparison.newer.record.settings.environment
-                        ? ""
-                        : ", in environments that differ"));
+    sentences.push_back(fmt::format(
+        "THE TWO SIDES ARE THE SAME DRIVER: {} and {} have the same GL strings, the "
+        "same device, and loaded the same files{}.",
+        comparison.base.name, comparison.newer.name,
+        comparison.base.record.settings.environment == comparison.newer.record.settings.environment
+            ? ""
+            : ", in environments that differ"));
   }
   return sentences;
 }

@@ -14,8 +14,8 @@ namespace {
 /// Sightings to either side that count as neighbours: a second or so.
 constexpr std::size_t kReach = 8;
 /// Values nearer than this are on the same side of a jump: more than what visits differ by on a
-/// noisy machine, or their own scatter would pass for the machine's and intervals be too narrow; less
-/// than what levels do (35 percent).
+/// noisy machine, or their own scatter would pass for the machine's and intervals be too narrow;
+/// less than what levels do (35 percent).
 constexpr double kSameLevel = 0.3;
 /// With fewer values of other cells on its side a value is taken for an outlier.
 constexpr int kFewestNeighbours = 4;

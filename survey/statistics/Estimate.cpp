@@ -63,11 +63,10 @@ Estimate difference(const Estimate& newer, const Estimate& base) {
 }
 
 Interval intervalOf(const Estimate& estimate, double confidence) {
-  const double reach =
-      estimate.variance.freedom > 0
-          ? std::sqrt(estimate.variance.value) *
-                criticalValue(1 - confidence, estimate.variance.freedom)
-          : std::numeric_limits<double>::infinity();
+  const double reach = estimate.variance.freedom > 0
+                           ? std::sqrt(estimate.variance.value) *
+                                 criticalValue(1 - confidence, estimate.variance.freedom)
+                           : std::numeric_limits<double>::infinity();
   return {estimate.mean - reach, estimate.mean, estimate.mean + reach};
 }
 

@@ -28,8 +28,8 @@ Estimate estimateOf(std::span<const double> values);
 /// Their plain mean, for values that jump between two levels, of which both count.
 Estimate plainEstimateOf(std::span<const double> values);
 
-/// Moves the variances of estimates that are known from few values towards what they have in common.
-/// One of a single value knows nothing of its scatter, and stays so.
+/// Moves the variances of estimates that are known from few values towards what they have in
+/// common. One of a single value knows nothing of its scatter, and stays so.
 void shareVariances(std::span<Estimate> estimates);
 
 /// Of independent ones, with Welch's degrees of freedom.

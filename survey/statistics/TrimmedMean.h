@@ -13,8 +13,8 @@ namespace survey {
 
 struct TrimmedMean {
   double mean = 0;
-  std::size_t kept = 0;        ///< values that count
-  std::vector<double> pulls;   ///< how far each value pulls the mean, in the order given
+  std::size_t kept = 0;       ///< values that count
+  std::vector<double> pulls;  ///< how far each value pulls the mean, in the order given
   double freedom() const { return static_cast<double>(kept) - 1; }
   /// The square of the mean's standard error; infinite for one value.
   double variance() const;

@@ -76,13 +76,12 @@ bool anyChange(const Changes& changes) {
 }
 
 class ChangesOf : public testing::TestWithParam<Simulation> {};
-INSTANTIATE_TEST_SUITE_P(
-    Machine, ChangesOf,
-    testing::Values(Simulation{.dwell = 0.5, .cells = 10, .blocks = 8},
-                    Simulation{.dwell = 2, .cells = 10, .blocks = 12},
-                    Simulation{.dwell = 20, .cells = 30, .blocks = 6},
-                    Simulation{.dwell = 1e6, .cells = 3, .blocks = 20}),
-    [](const auto& regime) { return std::to_string(regime.index); });
+INSTANTIATE_TEST_SUITE_P(Machine, ChangesOf,
+                         testing::Values(Simulation{.dwell = 0.5, .cells = 10, .blocks = 8},
+                                         Simulation{.dwell = 2, .cells = 10, .blocks = 12},
+                                         Simulation{.dwell = 20, .cells = 30, .blocks = 6},
+                                         Simulation{.dwell = 1e6, .cells = 3, .blocks = 20}),
+                         [](const auto& regime) { return std::to_string(regime.index); });
 
 TEST_P(ChangesOf, RaiseAFalseAlarmInOneComparisonOfTwentyAtMost) {
   constexpr int kComparisons = 400;
@@ -92,7 +91,8 @@ TEST_P(ChangesOf, RaiseAFalseAlarmInOneComparisonOfTwentyAtMost) {
     int alarms = 0;
     for (int i = 0; i < kComparisons; ++i) {
       // At the very edge: any more would be a change.
-      alarms += anyChange(simulatedChanges(GetParam(), effect, std::max(1e-3, -100 * effect), random));
+      alarms +=
+          anyChange(simulatedChanges(GetParam(), effect, std::max(1e-3, -100 * effect), random));
     }
     EXPECT_LE(alarms, kMost) << effect;
   }

@@ -15,14 +15,16 @@ TEST(Report, IsOneValidPageThatHoldsEveryCell) {
           "--seconds 1 --json b.json > t 2>&1\n"
           "$V --base '' --new SPEED=displayLists/triStrip/8=0.85 --json c.json > t 2>&1\n"
           "$S report a.json --html a.html; echo $?\n"
-          "check a.html 'Fastest for' '<b>&\"' 'Detail 8, triStrip' 'Detail 64, triStrip' drawArrays "
+          "check a.html 'Fastest for' '<b>&\"' 'Detail 8, triStrip' 'Detail 64, triStrip' "
+          "drawArrays "
           "displayLists 'Rates over detail'\n"
-          "$S report a.json b.json --html ab.html && check ab.html 'Side by side' a b 'no lists here'\n"
+          "$S report a.json b.json --html ab.html && check ab.html 'Side by side' a b 'no lists "
+          "here'\n"
           "$S report c.json --html c.html && check c.html 'slower in 1 of 4' 'geometric mean' "
           "'SAME DRIVER' undecided\n"
           "$S report a.json b.json c.json --html abc.html && check abc.html",
-      // Rates of two details and their lines; the same side by side, with lines for each; ratios of two
-      // details and of all.
+      // Rates of two details and their lines; the same side by side, with lines for each; ratios of
+      // two details and of all.
       "0\n3 charts\n4 charts\n3 charts\n7 charts\n");
 }
 

@@ -1,6 +1,6 @@
 // A worker without a driver: its rates are made up, and it misbehaves where $SCRIPT says so, as
-// "CELL=DEED CELL=DEED": when that cell is set. $SPEED makes cells slower or faster in the same way:
-// "CELL=0.9", or "all=0.9". $WORKERS names a file to write process ids to.
+// "CELL=DEED CELL=DEED": when that cell is set. $SPEED makes cells slower or faster in the same
+// way: "CELL=0.9", or "all=0.9". $WORKERS names a file to write process ids to.
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -62,8 +62,9 @@ class ScriptedSubject : public Subject {
       throw std::runtime_error("found no device");
     }
     const std::string version = variable("VERSION");
-    return {0,     "scripted", "nobody", "scripted \xff renderer", version.empty() ? "1.0" : version,
-            false, {}};
+    return {
+        0,     "scripted", "nobody", "scripted \xff renderer", version.empty() ? "1.0" : version,
+        false, {}};
   }
 
   CellAnswer set(const Cell& cell) override {

@@ -6,8 +6,8 @@
 
 #include "survey/figures/Figures.h"
 #include "survey/statistics/CommonFactor.h"
-#include "survey/statistics/Holm.h"
 #include "survey/statistics/Estimate.h"
+#include "survey/statistics/Holm.h"
 #include "survey/statistics/Quantiles.h"
 #include "tests/survey/SimulatedMachine.h"
 

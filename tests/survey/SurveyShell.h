@@ -8,9 +8,9 @@
 
 #include "tests/support/Shell.h"
 
-/// Runs a script in which $S is the program, $R a short survey of two methods at two details, and $V
-/// a short comparison of the same; what is printed has to match from beginning to end, and no worker
-/// may be left.
+/// Runs a script in which $S is the program, $R a short survey of two methods at two details, and
+/// $V a short comparison of the same; what is printed has to match from beginning to end, and no
+/// worker may be left.
 inline void expectOutput(const std::string& script, const std::string& pattern) {
   const std::string printed = shell(
       "S=" SURVEY_BINARY

@@ -25,7 +25,8 @@ TEST(VersusProcess, AnswersWithTheStatusForABisection) {
 TEST(VersusProcess, JudgesTheCellsOneByOne) {
   expectOutput(
       "$V --base '' --new 'SPEED=displayLists/triStrip/8=0.8 SCRIPT=displayLists/triStrip/64=abort'"
-      " --new-name \"Karl's\" --markdown md 2> errors | grep -v '^ *$'; cat errors; grep -c '^| ' md",
+      " --new-name \"Karl's\" --markdown md 2> errors | grep -v '^ *$'; cat errors; grep -c '^| ' "
+      "md",
       "Karl's fails in (.|\n)*base: scripted(.|\n)*Karl's: scripted .* \\(with SPEED=.*\n"
       "(.|\n)*SAME DRIVER(.|\n)*"
       "Detail 8, .*\nmethod +base MTri/s +Karl's MTri/s +ratio .*\n"
@@ -50,9 +51,11 @@ TEST(VersusProcess, StopsABisectionWhereTheBaseSideOrTheCommandLineIsAtFault) {
   expectOutput("$V --base SCRIPT=begin=fail --new ''; echo $?",
                ".*the base side cannot be used, as no worker of it came up: found no device\\.\n"
                "255\n");
-  expectOutput("$S versus --unoptimised --methods drawArrays --details 8 --base SCRIPT=drawArrays/triStrip/8=refuse "
-               "--new '' 2> errors | head -1; echo ${PIPESTATUS[0]}",
-               "base has no figure to compare with\\.\n255\n");
+  expectOutput(
+      "$S versus --unoptimised --methods drawArrays --details 8 --base "
+      "SCRIPT=drawArrays/triStrip/8=refuse "
+      "--new '' 2> errors | head -1; echo ${PIPESTATUS[0]}",
+      "base has no figure to compare with\\.\n255\n");
   const std::pair<std::string, std::string> lines[] = {
       {"--base 'LIBGL_DRIVERS_PATH /x' --new ''", "--base: 'LIBGL_DRIVERS_PATH' is no assignment"},
       {"--base '' --new 'A=$(date)'", "commands are not run"},
@@ -62,12 +65,13 @@ TEST(VersusProcess, StopsABisectionWhereTheBaseSideOrTheCommandLineIsAtFault) {
       {"--base '' --new '' --methds all", "did you mean '--methods'"},
       {"--base '' --new '' --json /nonexistent/file --seconds 1", "cannot be written"}};
   for (const auto& [line, sentence] : lines) {
-    expectOutput("$V " + line + " 2>&1 > table | grep -o -e \"" + sentence +
-                     "\"; echo ${PIPESTATUS[0]}",
-                 "(.|\n)+\n255\n");
+    expectOutput(
+        "$V " + line + " 2>&1 > table | grep -o -e \"" + sentence + "\"; echo ${PIPESTATUS[0]}",
+        "(.|\n)+\n255\n");
   }
-  expectOutput("$V --base '' --new SCRIPT=displayLists/triStrip/8=interrupt > text 2> errors; echo $?",
-               "130\n");
+  expectOutput(
+      "$V --base '' --new SCRIPT=displayLists/triStrip/8=interrupt > text 2> errors; echo $?",
+      "130\n");
 }
 
 TEST(VersusProcess, GivesEnvironmentsToTheirSidesAlone) {
