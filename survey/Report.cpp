@@ -14,8 +14,7 @@ int report(const ReportCommand& command) {
   for (const std::string& path : command.files) {
     results.push_back({std::filesystem::path(path).stem().string(), resultIn(path)});
   }
-  const std::string page = pageOf(results);
-  return wrote(command.html, [&] { return page; }) ? EXIT_SUCCESS : EXIT_FAILURE;
+  return wrote(command.html, [&] { return pageOf(results); }) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 }  // namespace survey
