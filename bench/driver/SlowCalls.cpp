@@ -10,6 +10,7 @@ namespace {
 
 using Function = void (*)();
 using CallList = void (*)(unsigned int);
+using Clear = void (*)(unsigned int);
 
 double now() {
   timespec time{};
@@ -36,6 +37,13 @@ extern "C" void glCallList(unsigned int list) {
   static const auto call = next<CallList>("glCallList");
   listed = true;
   call(list);
+}
+
+extern "C" void glClear(unsigned int buffers) {
+  static const auto clear = next<Clear>("glClear");
+  clear(buffers);
+  listed = false;
+  last = now();
 }
 
 extern "C" void glFlush() {
