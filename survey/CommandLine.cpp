@@ -1,5 +1,9 @@
 #include "survey/CommandLine.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <iterator>
 #include <random>
 
 #include <CLI/CLI.hpp>
@@ -26,7 +30,12 @@ void addFiles(CLI::App& app, std::string& json, std::string& markdown) {
 
 /// Without the range in the help text: it says no more than the sentence on a value out of it.
 CLI::Validator upTo(double most) {
-  return CLI::Range(kLeast, most).description("");
+  const CLI::Validator number(
+      [](const std::string& text) {
+        return std::isnan(std::strtod(text.c_str(), nullptr)) ? text + " is no number" : "";
+      },
+      "");
+  return (CLI::Range(kLeast, most) & number).description("");
 }
 
 void addThreshold(CLI::App& app, double& threshold) {
@@ -113,19 +122,19 @@ void addVersusOptions(CLI::App& app, VersusCommand& versus, Environments& enviro
 }
 
 void addCompareOptions(CLI::App& app, CompareCommand& compare) {
-  app.add_option("old", compare.base, "a file that run or versus wrote")
-      ->type_name("OLD.json")
+  app.add_option("OLD.json", compare.base, "a file that run or versus wrote")
+      ->type_name("")
       ->required();
-  app.add_option("new", compare.newer, "one that is held against it")
-      ->type_name("NEW.json")
+  app.add_option("NEW.json", compare.newer, "one that is held against it")
+      ->type_name("")
       ->required();
   addThreshold(app, compare.threshold);
   addFiles(app, compare.json, compare.markdown);
 }
 
 void addReportOptions(CLI::App& app, ReportCommand& report) {
-  app.add_option("files", report.files, "files that run, versus or compare wrote")
-      ->type_name("FILE.json")
+  app.add_option("FILE.json", report.files, "files that run, versus or compare wrote")
+      ->type_name("")
       ->required();
   app.add_option("--html", report.html, "the page to write")->type_name("FILE")->required();
 }
@@ -176,8 +185,23 @@ std::vector<std::string> candidatesFor(const std::string& word, const CLI::App& 
                    {words.begin(), words.end()});
 }
 
+/// As a shell takes it.
+std::string quoted(std::string word) {
+  constexpr const char* kPlain =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=.,:/@%";
+  if (!word.empty() && word.find_first_not_of(kPlain) == std::string::npos) {
+    return word;
+  }
+  for (std::size_t place = 0; (place = word.find('\'', place)) != std::string::npos; place += 4) {
+    word.replace(place, 1, "'\\''");
+  }
+  return '\'' + word + '\'';
+}
+
 std::string joined(int argc, const char* const* argv) {
-  return fmt::format("{}", fmt::join(argv, argv + argc, " "));
+  std::vector<std::string> words;
+  std::transform(argv, argv + argc, std::back_inserter(words), quoted);
+  return fmt::format("{}", fmt::join(words, " "));
 }
 
 }  // namespace
@@ -232,6 +256,9 @@ Command parseCommandLine(int argc, const char* const* argv) {
   const std::string commandLine = joined(argc, argv);
   if (versusApp.parsed()) {
     settle(versus, lists, versusApp, commandLine);
+    if (versus.baseName.empty() || versus.newName.empty() || versus.baseName == versus.newName) {
+      throw Unusable("--base-name and --new-name must be two names that differ");
+    }
     versus.base = assignmentsIn(environments.base, "--base");
     versus.newer = assignmentsIn(environments.newer, "--new");
     return versus;

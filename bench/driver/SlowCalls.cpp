@@ -29,6 +29,7 @@ Pointer next(const char* name) {
 }
 
 bool listed = false;
+double owed = 0;  // seconds
 double last = now();
 
 }  // namespace
@@ -52,9 +53,10 @@ extern "C" void glFlush() {
   static const double ofLists = partOf("SLOW_LIST");
   call();
   const double end = now();
-  const double burnt = (end - last) * (ofAll + (listed ? ofLists : 0));
-  for (last = end; last < end + burnt;) {
+  owed += (end - last) * (ofAll + (listed ? ofLists : 0));
+  for (last = end; last < end + owed;) {
     last = now();
   }
+  owed -= last - end;  // what was burnt too much counts next time
   listed = false;
 }

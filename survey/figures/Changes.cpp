@@ -192,14 +192,15 @@ Evidence evidenceOf(const Comparison& comparison) {
   return comparison.inTurns ? evidenceInTurns(comparison) : evidenceOfTwoSittings(comparison);
 }
 
-/// Percent by which a ratio must differ from 1 for a change to be found four times of five.
+/// By how many percent a cell must be slower for that to be found four times of five.
 double visibleChange(const Estimate& estimate, double falseAlarms, const Comparison& comparison,
                      double widening) {
   constexpr double kFourOfFive = 0.4;  // two-sided, for a tail of a fifth
   const double freedom = estimate.variance.freedom;
   const double reach = std::sqrt(estimate.variance.value) *
                        (criticalValue(falseAlarms, freedom) + criticalValue(kFourOfFive, freedom));
-  return comparison.threshold + kPercent * std::expm1(reach + widening);
+  const double edge = 1 - comparison.threshold / kPercent;
+  return kPercent * (1 - edge * std::exp(-reach - widening));
 }
 
 void findFailures(const Comparison& comparison, Changes& changes) {
@@ -224,7 +225,7 @@ void findFailures(const Comparison& comparison, Changes& changes) {
     } else if (!hasRatio(cell)) {
       const CellRecord& ofBase = base.cells[cell];
       const CellRecord& ofNew = newer.cells[*same];
-      if (newDoesNotCome || (!isBad(ofBase) && isBad(ofNew))) {
+      if (newDoesNotCome || (isFine(ofBase) && isBad(ofNew))) {
         changes.newFails.push_back(*same);
         changes.hopeless = false;
       } else if (isFine(ofNew) && isBad(ofBase)) {

@@ -47,7 +47,7 @@ struct Changes {
   Change overall;                           ///< the geometric mean over the cells
   bool hopeless =
       false;           ///< no cell has, or could get, a ratio, and that is not the new side's fault
-  double visible = 0;  ///< percent: a change of one cell that would most probably be found
+  double visible = 0;  ///< percent: a slowdown of one cell that would most probably be found
   double visibleOverall = 0;  ///< percent: one of all cells
   /// Percent that the machine's own speed moved by between two sittings, where that is known; the
   /// intervals of sides that did not draw in turns are wider by so much at either end.

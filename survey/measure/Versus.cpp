@@ -119,7 +119,8 @@ class Sitting {
     } while (station.elapsed() < end && anyIsVisited());
   }
 
-  /// Those that are missing; whether both are there.
+  /// Those that are missing; whether both are there. Where one does not come up the other one is
+  /// tried all the same: what neither side can do is not the new side's fault.
   bool startWorkers() {
     for (const std::size_t side : {firstBegins ? 0U : 1U, firstBegins ? 1U : 0U}) {
       if (workers[side]) {
@@ -134,10 +135,33 @@ class Sitting {
         }
         recordOf(side).endingSentence = fault.what();
         noWorker = true;
-        return false;
       }
     }
-    return true;
+    return !noWorker;
+  }
+
+  /// Has that side do something with the cell; whether it did. If not, that costs its worker.
+  template <typename Deed>
+  bool attempt(std::size_t side, std::size_t cell, const Deed& deed) {
+    try {
+      deed();
+      return true;
+    } catch (const WorkerFault& fault) {
+      recordOf(side).cells[cell].faults.emplace_back(fault.what());
+      workers[side].reset();
+      return false;
+    }
+  }
+
+  /// Whether that side has set the cell and has a figure for it.
+  bool set(std::size_t side, std::size_t cell) {
+    CellRecord& own = recordOf(side).cells[cell];
+    return attempt(side, cell,
+                   [&] {
+                     own.answer = workers[side]->ask<CellAnswer>(
+                         SetCell{own.cell}, station.patienceFor(own.cell.detail));
+                   }) &&
+           own.answer->hasFigure();
   }
 
   void visit(std::size_t cell, std::size_t block) {
@@ -145,29 +169,47 @@ class Sitting {
     const std::size_t first = station.turns().below(2);
     const std::size_t second = 1 - first;
     const double start = station.elapsed();
-    try {
-      const auto patience = station.patienceFor(recordOf(0).cells[cell].cell.detail);
-      bool haveFigures = true;
-      for (const std::size_t side : {first, second}) {
-        CellRecord& own = recordOf(side).cells[cell];
-        own.answer = workers[side]->ask<CellAnswer>(SetCell{own.cell}, patience);
-        haveFigures = haveFigures && own.answer->hasFigure();
-      }
-      if (haveFigures) {
-        FramesInTurns frames =
-            framesInTurns(*workers[first], *workers[second], recordOf(0).settings.frame, patience);
-        recordOf(first).visits.push_back({cell, block, ids[first], start, std::move(frames.first)});
-        recordOf(second).visits.push_back(
-            {cell, block, ids[second], start, std::move(frames.second)});
-      }
-    } catch (const WorkerFault& fault) {
-      const std::size_t culprit = workers[0]->isAlive() ? 1 : 0;
-      recordOf(culprit).cells[cell].faults.emplace_back(fault.what());
-      workers[culprit].reset();
+    const bool firstIsSet = set(first, cell);
+    const bool secondIsSet = set(second, cell);
+    if (firstIsSet && secondIsSet) {
+      draw({first, second}, cell, {cell, block, 0, start, {}});
+    } else if (firstIsSet || secondIsSet) {
+      // What one side fails in, the other has to draw alone at least once, to tell whose fault it
+      // is.
+      drawAlone(firstIsSet ? first : second, cell);
     }
     const double left = std::max(0.0, station.secondsLeft());
     tell({1 - left / recordOf(0).settings.seconds, left, block,
           nameOf(recordOf(0).cells[cell].cell)});
+  }
+
+  void draw(const std::array<std::size_t, 2>& sides, std::size_t cell, const Visit& visit) {
+    std::size_t asked = 0;  // of the two
+    FramesInTurns frames;
+    const auto patience = station.patienceFor(recordOf(0).cells[cell].cell.detail);
+    try {
+      frames = framesInTurns({workers[sides[0]].get(), workers[sides[1]].get()},
+                             recordOf(0).settings.frame, patience, asked);
+    } catch (const WorkerFault& fault) {
+      recordOf(sides[asked]).cells[cell].faults.emplace_back(fault.what());
+      workers[sides[asked]].reset();
+      drawAlone(sides[1 - asked], cell);
+      return;
+    }
+    for (const std::size_t i : {0, 1}) {
+      Visit own = visit;
+      own.worker = ids[sides[i]];
+      own.frames = std::move(frames[i]);
+      recordOf(sides[i]).visits.push_back(std::move(own));
+    }
+  }
+
+  /// To see whether it can; the frames count for nothing.
+  void drawAlone(std::size_t side, std::size_t cell) {
+    attempt(side, cell, [&] {
+      framesOf(*workers[side], recordOf(0).settings.frame,
+               station.patienceFor(recordOf(0).cells[cell].cell.detail));
+    });
   }
 
   std::array<const Launch*, 2> launches;  ///< the base side's, then the new one's, as all here

@@ -86,16 +86,16 @@ std::vector<Frame> framesOf(WorkerProcess& worker, double frame,
   return frames;
 }
 
-FramesInTurns framesInTurns(WorkerProcess& first, WorkerProcess& second, double frame,
-                            std::chrono::milliseconds patience) {
+FramesInTurns framesInTurns(const std::array<WorkerProcess*, 2>& workers, double frame,
+                            std::chrono::milliseconds patience, std::size_t& asked) {
   FramesInTurns frames;
-  bool inOrder = true;
+  std::size_t first = 0;
   const auto drawPair = [&] {
-    for (const bool firsts : {inOrder, !inOrder}) {
-      (firsts ? frames.first : frames.second)
-          .push_back(frameOf(firsts ? first : second, frame, patience));
+    for (const std::size_t side : {first, 1 - first}) {
+      asked = side;
+      frames[side].push_back(frameOf(*workers[side], frame, patience));
     }
-    inOrder = !inOrder;
+    first = 1 - first;
   };
   for (int i = 0; i < kWarmUpPairs; ++i) {
     drawPair();
@@ -103,8 +103,8 @@ FramesInTurns framesInTurns(WorkerProcess& first, WorkerProcess& second, double 
   frames = {};
   for (Tally tally(kPairs, 2 * frame * kNanosecondsPerMillisecond); !tally.isEnough();) {
     drawPair();
-    const Frame& one = frames.first.back();
-    const Frame& other = frames.second.back();
+    const Frame& one = frames[0].back();
+    const Frame& other = frames[1].back();
     tally.add(static_cast<double>(one.wall + other.wall), one.disturbed || other.disturbed);
   }
   return frames;

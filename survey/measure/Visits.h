@@ -2,6 +2,7 @@
 /// processor away.
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <vector>
 
@@ -22,14 +23,12 @@ bool isWorthAnotherVisit(const CellRecord& cell);
 std::vector<Frame> framesOf(WorkerProcess& worker, double frame,
                             std::chrono::milliseconds patience);
 
-/// Of two workers that draw in turn, one frame each; the frames at the same place belong together.
-struct FramesInTurns {
-  std::vector<Frame> first;
-  std::vector<Frame> second;
-};
-/// Twelve undisturbed pairs, with the same limits. Who begins changes with every pair; in the first
-/// one it is `first`.
-FramesInTurns framesInTurns(WorkerProcess& first, WorkerProcess& second, double frame,
-                            std::chrono::milliseconds patience);
+/// Of two workers that draw in turn, one frame each: of either the frames, of which those at the
+/// same place belong together. Twelve undisturbed pairs, with the same limits. Who begins changes
+/// with every pair; in the first one it is the first. `asked` is which of them was asked last, for
+/// who catches a WorkerFault.
+using FramesInTurns = std::array<std::vector<Frame>, 2>;
+FramesInTurns framesInTurns(const std::array<WorkerProcess*, 2>& workers, double frame,
+                            std::chrono::milliseconds patience, std::size_t& asked);
 
 }  // namespace survey

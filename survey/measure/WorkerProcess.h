@@ -51,8 +51,6 @@ class WorkerProcess {
 
   /// Ends it, and throws WorkerFault with that reason.
   [[noreturn]] void fault(std::string reason);
-  /// Whether it may be asked: false after a fault.
-  bool isAlive() const { return id > 0; }
 
  private:
   nlohmann::json exchange(const nlohmann::json& request, std::chrono::milliseconds patience);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
 
 #include <fmt/format.h>
 
@@ -107,15 +108,19 @@ std::string Charts::lines(const std::string& title, const std::vector<Line>& lin
       "set xlabel 'detail'\nset ylabel {}\nset key below maxcols 1 left Left reverse\n",
       quoted(unit));
   std::vector<double> details;
+  double low = std::numeric_limits<double>::infinity();
+  double high = 0;
   std::string plots;
   for (std::size_t i = 0; i < lines.size(); ++i) {
     script += fmt::format("$line{} << END\n", i);
     for (const Point& point : lines[i].points) {
       details.push_back(point.x);
       const bool known = isFinite(point.y) && point.y.low > 0;
-      script +=
-          fmt::format("{} {} {} {}\n", point.x, point.y.middle,
-                      known ? point.y.low : point.y.middle, known ? point.y.high : point.y.middle);
+      const Interval shown =
+          known ? point.y : Interval{point.y.middle, point.y.middle, point.y.middle};
+      low = std::min(low, shown.low);
+      high = std::max(high, shown.high);
+      script += fmt::format("{} {} {} {}\n", point.x, shown.middle, shown.low, shown.high);
     }
     script += "END\n";
     // Colours repeat after seven lines; dashes and shapes do not.
@@ -128,18 +133,19 @@ std::string Charts::lines(const std::string& title, const std::vector<Line>& lin
   }
   std::sort(details.begin(), details.end());
   details.erase(std::unique(details.begin(), details.end()), details.end());
-  for (double decade = 1e-3; decade < 1e6; decade *= 10) {
+  for (int exponent = -3; exponent < 6; ++exponent) {
+    const double decade = std::pow(10, exponent);
     script += fmt::format("set ytics add ({}, {}, {})\n", decade, 2 * decade, 5 * decade);
   }
-  script +=
-      fmt::format("set xtics ({0})\nset xrange [{1}:{2}]\nplot {3}\n", fmt::join(details, ", "),
-                  details.front() / 1.3, details.back() * 1.3, plots);
+  script += fmt::format("set xtics ({0})\nset xrange [{1}:{2}]\nset yrange [{3}:{4}]\nplot {5}\n",
+                        fmt::join(details, ", "), details.front() / 1.3, details.back() * 1.3,
+                        low / 1.1, high * 1.1, plots);
   constexpr int kPlotHeight = 280;
   return draw(title, script, kPlotHeight + kRowHeight * (2 + static_cast<int>(lines.size())));
 }
 
 std::string Charts::ratios(const std::string& title, const std::vector<Ratio>& ratios,
-                           double threshold) {
+                           const std::string& axis, double threshold) {
   struct Look {
     Verdict verdict;
     const char* colour;
@@ -175,11 +181,11 @@ std::string Charts::ratios(const std::string& title, const std::vector<Ratio>& r
   const double margin = 0.05 * (high - low);
   std::string script = fmt::format(
       "set yrange [{}:0.5]\nset xrange [{}:{}]\nunset ytics\nset lmargin 2\n"
-      "set xlabel 'new / base'\nset xtics rotate by -45\n"
+      "set xlabel {}\nset xtics rotate by -45\n"
       "set object 1 rectangle from {},graph 0 to {},graph 1 behind fillcolor rgb '#999999' "
       "fillstyle solid 0.25 noborder\n"
       "set arrow 1 from 1,graph 0 to 1,graph 1 nohead linecolor rgb '{}'\n{}",
-      y + 0.3, low - margin, high + margin, 1 - part, 1 + part, kInk, labels);
+      y + 0.3, low - margin, high + margin, quoted(axis), 1 - part, 1 + part, kInk, labels);
   script += "set key below maxrows 1 left Left reverse\n";
   std::string plots;
   for (std::size_t i = 0; i < std::size(kLooks); ++i) {

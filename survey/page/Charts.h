@@ -41,7 +41,8 @@ class Charts {
     Verdict verdict;
   };
   /// Around 1, with the threshold (in percent) as a band.
-  std::string ratios(const std::string& title, const std::vector<Ratio>& ratios, double threshold);
+  std::string ratios(const std::string& title, const std::vector<Ratio>& ratios,
+                     const std::string& axis, double threshold);
 
  private:
   std::string draw(const std::string& title, const std::string& script, int height);

@@ -279,7 +279,9 @@ std::string comparisonOf(const std::string& name, const Comparison& comparison, 
         {"All cells", {{"geometric mean", changes.overall.ratio, changes.overall.verdict}}});
   }
   for (const auto& [title, ratios] : sections) {
-    html += figure(title, charts.ratios(title, ratios, comparison.threshold));
+    html += figure(
+        title, charts.ratios(title, ratios, comparison.newer.name + " / " + comparison.base.name,
+                             comparison.threshold));
   }
   html += fmt::format(
       "</div>\n<p>A ratio below 1 is slower. The lines are intervals of 95&nbsp;%, the band is the "

@@ -123,6 +123,14 @@ std::string imprecisionOf(const Record& record, const Figures& figures) {
 
 }  // namespace
 
+std::string disturbanceInWords(std::size_t disturbed, std::size_t frames) {
+  const double share = static_cast<double>(disturbed) / static_cast<double>(frames);
+  return fmt::format("{} of {} frames were disturbed by other work.{}", disturbed, frames,
+                     share > kBusyShare ? " The machine is too busy for sure figures: repeat the "
+                                          "survey when it is calmer."
+                                        : "");
+}
+
 std::string answerOf(const Record& record, const Figures& figures) {
   std::vector<std::string> sentences;
   std::vector<const Group*> open;
@@ -166,13 +174,7 @@ std::vector<std::string> caveatsOf(const Record& record, const Figures& figures)
   };
   add(endingOf(record));
   if (figures.disturbed > 0) {
-    const double share =
-        static_cast<double>(figures.disturbed) / static_cast<double>(figures.frames);
-    add(fmt::format("{} of {} frames were disturbed by other work.{}", figures.disturbed,
-                    figures.frames,
-                    share > kBusyShare ? " The machine is too busy for sure figures: repeat the "
-                                         "survey when it is calmer."
-                                       : ""));
+    add(disturbanceInWords(figures.disturbed, figures.frames));
   }
   if (figures.slowest < kSteady) {
     add(

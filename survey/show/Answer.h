@@ -19,4 +19,7 @@ std::string sourceOf(const Record& record);
 /// which cells are missing or not as precise as asked for.
 std::vector<std::string> caveatsOf(const Record& record, const Figures& figures);
 
+/// How many frames others disturbed, and whether those are too many.
+std::string disturbanceInWords(std::size_t disturbed, std::size_t frames);
+
 }  // namespace survey

@@ -90,6 +90,10 @@ Tint tintOf(Verdict verdict) {
                                        : Tint::kPlain;
 }
 
+std::string intervalInWords(const Interval& ratio) {
+  return std::isfinite(ratio.high) ? fmt::format("{:.3f} to {:.3f}", ratio.low, ratio.high) : "?";
+}
+
 /// What only one side says of a cell, or both.
 std::string remarkOn(const Comparison& comparison, std::size_t base, std::size_t newer,
                      bool hasFigure) {
@@ -132,7 +136,7 @@ class Rows {
       const std::string unit = ' ' + unitOf(cell.primitive);
       grid.sections.push_back(
           {title,
-           {{"method", comparison.base.name + unit, comparison.newer.name + unit, "ratio", "±",
+           {{"method", comparison.base.name + unit, comparison.newer.name + unit, "ratio", "95 %",
              "blocks", "verdict", "note"}}});
       section = grid.sections.end() - 1;
     }
@@ -155,17 +159,51 @@ std::string namesOf(const Record& record, const std::vector<std::size_t>& indice
   return fmt::format("{}", fmt::join(names, ", "));
 }
 
+/// What is said where something could be compared.
+std::string verdictOnCells(const Comparison& comparison, const Changes& changes) {
+  const std::string& name = comparison.newer.name;
+  const std::string& base = comparison.base.name;
+  const std::string all = changeInWords(changes.overall.ratio);
+  const std::string extremes = extremeInWords(comparison, changes, Verdict::kSlower) +
+                               extremeInWords(comparison, changes, Verdict::kFaster);
+  const Verdict overall = changes.overall.verdict;
+  if (overall == Verdict::kSlower || overall == Verdict::kFaster) {
+    return fmt::format("{} is {}{}", name, all, extremes);
+  }
+  for (const Verdict verdict : {Verdict::kSlower, Verdict::kFaster}) {
+    if (const std::size_t count = countOf(changes, verdict); count > 0) {
+      return fmt::format("{} is {} in {} of {}{}; overall {}", name, inWords(verdict), count,
+                         cells(changes.cells.size()), extremes, all);
+    }
+  }
+  const std::size_t open = countOf(changes, Verdict::kUndecided);
+  if (overall == Verdict::kSame && open == 0) {
+    return fmt::format("{} is the same as {} within {:g} %: {} overall", name, base,
+                       comparison.threshold, all);
+  }
+  const bool mayBeSlower =
+      changes.overall.mayBeSlower ||
+      std::any_of(changes.cells.begin(), changes.cells.end(),
+                  [](const CellChange& cell) { return cell.change.mayBeSlower; });
+  return fmt::format("{}: {} overall; {} of {} undecided",
+                     mayBeSlower
+                         ? fmt::format("undecided whether {} is slower than {}", name, base)
+                         : fmt::format("{} is not slower than {}, and may be faster", name, base),
+                     all, open, cells(changes.cells.size()));
+}
+
 std::string sideOf(const Side& side) {
   const std::string environment =
       side.record.settings.environment.empty()
           ? ""
           : fmt::format(" (with {})", fmt::join(side.record.settings.environment, " "));
   const Driver& driver = side.record.driver;
-  return fmt::format("{}: {}{}", side.name,
-                     driver.renderer.empty()
-                         ? "no worker came up: " + side.record.endingSentence
-                         : fmt::format("{}, {}", driver.renderer, driver.version),
-                     environment);
+  return fmt::format(
+      "{}: {}{}", side.name,
+      !driver.renderer.empty()             ? fmt::format("{}, {}", driver.renderer, driver.version)
+      : side.record.endingSentence.empty() ? "no worker was started"
+                                           : "no worker came up: " + side.record.endingSentence,
+      environment);
 }
 
 /// The driver's files that this side loaded and the other one did not.
@@ -210,59 +248,61 @@ std::vector<std::string> differencesOf(const Comparison& comparison) {
 }  // namespace
 
 std::string verdictOf(const Comparison& comparison, const Changes& changes) {
-  const std::string& name = comparison.newer.name;
-  const Change& overall = changes.overall;
-  std::string failing =
-      changes.newFails.empty()
-          ? ""
-          : fmt::format("{} fails in {} that {} carries ({})", name, cells(changes.newFails.size()),
-                        comparison.base.name, namesOf(comparison.newer.record, changes.newFails));
-  if (changes.cells.empty()) {
-    return !failing.empty() ? failing + '.'
-           : changes.hopeless
-               ? fmt::format("{} has no figure to compare with.", comparison.base.name)
-               : "The time did not suffice for anything to compare.";
+  std::vector<std::string> parts;
+  if (!changes.newFails.empty()) {
+    parts.push_back(fmt::format("{} fails in {} that {} carries ({})", comparison.newer.name,
+                                cells(changes.newFails.size()), comparison.base.name,
+                                namesOf(comparison.newer.record, changes.newFails)));
   }
-  failing += failing.empty() ? "" : "; ";
-  const std::size_t slower = countOf(changes, Verdict::kSlower);
-  const std::size_t faster = countOf(changes, Verdict::kFaster);
-  const std::string all = changeInWords(overall.ratio);
-  const std::string worst = extremeInWords(comparison, changes, Verdict::kSlower);
-  const std::string best = extremeInWords(comparison, changes, Verdict::kFaster);
-  if (overall.verdict == Verdict::kSlower || overall.verdict == Verdict::kFaster) {
-    return fmt::format("{}{} is {}{}{}.", failing, name, all, worst, best);
+  if (!changes.cells.empty()) {
+    parts.push_back(verdictOnCells(comparison, changes));
   }
-  if (slower > 0 || faster > 0) {
-    const std::size_t count = slower > 0 ? slower : faster;
-    return fmt::format("{}{} is {} in {} of {}{}{}; overall {}.", failing, name,
-                       slower > 0 ? "slower" : "faster", count, cells(changes.cells.size()), worst,
-                       best, all);
+  const std::size_t left = changes.baseFails.size() + changes.withoutFigures.size();
+  if (parts.empty()) {
+    return !changes.hopeless ? "undecided: the time did not suffice for anything to compare."
+           : left == 0 ? fmt::format("{} and {} have no cell in common.", comparison.base.name,
+                                     comparison.newer.name)
+                       : fmt::format("{} has no figure to compare with.", comparison.base.name);
   }
-  if (bisectionStatusOf(changes) == kNothingSlower || overall.verdict == Verdict::kSame) {
-    const std::size_t open = countOf(changes, Verdict::kUndecided);
-    return fmt::format("{}{} is the same as {} within {:g} % overall: {}{}.", failing, name,
-                       comparison.base.name, comparison.threshold, all,
-                       open == 0 ? "" : fmt::format("; {} undecided", cells(open)));
+  if (left > 0) {
+    parts.push_back(fmt::format("{} not compared", cells(left)));
   }
-  return fmt::format("{}undecided whether {} is slower than {}: {} overall.", failing, name,
-                     comparison.base.name, all);
+  return fmt::format("{}.", fmt::join(parts, "; "));
 }
 
 std::vector<std::string> sidesOf(const Comparison& comparison) {
-  const Driver& base = comparison.base.record.driver;
-  const Driver& newer = comparison.newer.record.driver;
-  std::vector<std::string> sentences{sideOf(comparison.base) + ownFilesOf(base, newer) + '.',
-                                     sideOf(comparison.newer) + ownFilesOf(newer, base) + '.'};
-  if (base == newer) {
+  const Record& base = comparison.base.record;
+  const Record& newer = comparison.newer.record;
+  if (base.driver.renderer.empty() || newer.driver.renderer.empty()) {
+    return {sideOf(comparison.base) + '.', sideOf(comparison.newer) + '.'};
+  }
+  std::vector<std::string> sentences{
+      sideOf(comparison.base) + ownFilesOf(base.driver, newer.driver) + '.',
+      sideOf(comparison.newer) + ownFilesOf(newer.driver, base.driver) + '.'};
+  if (base.driver == newer.driver) {
     sentences.push_back(fmt::format(
-        "THE TWO SIDES ARE THE SAME DRIVER: {} and {} have the same GL strings, the "
-        "same device, and loaded the same files{}.",
+        "THE TWO SIDES ARE THE SAME DRIVER: {} and {} have the same GL strings, the same device, "
+        "and loaded the same files{}.",
         comparison.base.name, comparison.newer.name,
-        comparison.base.record.settings.environment == comparison.newer.record.settings.environment
-            ? ""
-            : ", in environments that differ"));
+        base.settings.environment == newer.settings.environment ? ""
+                                                                : ", in environments that differ"));
   }
   return sentences;
+}
+
+/// How many pairs of frames others disturbed; empty for none.
+std::string disturbanceOf(const Comparison& comparison) {
+  std::size_t disturbed = 0;
+  std::size_t all = 0;
+  for (const Side* const side : {&comparison.base, &comparison.newer}) {
+    for (const Visit& visit : side->record.visits) {
+      all += visit.frames.size();
+      disturbed += static_cast<std::size_t>(
+          std::count_if(visit.frames.begin(), visit.frames.end(),
+                        [](const Frame& frame) { return frame.disturbed; }));
+    }
+  }
+  return disturbed == 0 ? "" : disturbanceInWords(disturbed, all);
 }
 
 std::vector<std::string> caveatsOf(const Comparison& comparison, const Changes& changes) {
@@ -270,10 +310,16 @@ std::vector<std::string> caveatsOf(const Comparison& comparison, const Changes& 
   const Record& newer = comparison.newer.record;
   std::vector<std::string> sentences;
   if (!changes.cells.empty()) {
-    sentences.push_back(fmt::format(
-        "Changes of {:.1f} % overall, or of {:.1f} % in one cell, would most probably have been "
-        "found (the threshold is {:g} %).",
-        changes.visibleOverall, changes.visible, comparison.threshold));
+    sentences.push_back(
+        std::isfinite(changes.visibleOverall) && changes.visibleOverall < kPercent
+            ? fmt::format("Slower by {:.1f} % overall, or by {:.1f} % in one cell, would most "
+                          "probably have been found (the threshold is {:g} %).",
+                          changes.visibleOverall, changes.visible, comparison.threshold)
+            : "One block cannot tell how far blocks scatter, and so nothing could be found; give "
+              "more time with --seconds.");
+  }
+  if (std::string disturbance = disturbanceOf(comparison); !disturbance.empty()) {
+    sentences.push_back(std::move(disturbance));
   }
   if (!comparison.inTurns) {
     const std::vector<std::string> differences = differencesOf(comparison);
@@ -322,7 +368,7 @@ Grid gridOf(const Comparison& comparison, const Changes& changes) {
     rows.add(planned,
              {planned.method, threeDigits(baseRates[cell.base] / kMillion),
               threeDigits(newRates[cell.newer] / kMillion),
-              fmt::format("{:.3f}", change.ratio.middle), spreadOf(change.ratio),
+              fmt::format("{:.3f}", change.ratio.middle), intervalInWords(change.ratio),
               std::to_string(change.blocks), std::string(inWords(change.verdict)),
               rows.grid.notes.numberOf(remarkOn(comparison, cell.base, cell.newer, true))},
              tintOf(change.verdict));

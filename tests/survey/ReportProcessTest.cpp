@@ -21,7 +21,7 @@ TEST(Report, IsOneValidPageThatHoldsEveryCell) {
           "$S report a.json b.json --html ab.html && check ab.html 'Side by side' a b 'no lists "
           "here'\n"
           "$S report c.json --html c.html && check c.html 'slower in 1 of 4' 'geometric mean' "
-          "'SAME DRIVER' undecided\n"
+          "'SAME DRIVER'\n"
           "$S report a.json b.json c.json --html abc.html && check abc.html",
       // Rates of two details and their lines; the same side by side, with lines for each; ratios of
       // two details and of all.
