@@ -147,14 +147,14 @@ std::string Charts::lines(const std::string& title, const std::vector<Line>& lin
 std::string Charts::ratios(const std::string& title, const std::vector<Ratio>& ratios,
                            const std::string& axis, double threshold) {
   struct Look {
-    Verdict verdict;
     const char* colour;
+    Verdict verdict;
     int shape;
   };
-  constexpr Look kLooks[] = {{Verdict::kSlower, "#D55E00", 10},
-                             {Verdict::kFaster, "#0072B2", 8},
-                             {Verdict::kSame, "#009E73", 7},
-                             {Verdict::kUndecided, "#999999", 6}};
+  constexpr Look kLooks[] = {{"#D55E00", Verdict::kSlower, 10},
+                             {"#0072B2", Verdict::kFaster, 8},
+                             {"#009E73", Verdict::kSame, 7},
+                             {"#999999", Verdict::kUndecided, 6}};
   constexpr const char* kNames[] = {"slower", "faster", "same", "undecided"};
   const double part = threshold / 100;
   double low = 1 - 1.2 * part;

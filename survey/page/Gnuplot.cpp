@@ -69,7 +69,7 @@ std::string svgOf(const std::string& script, int width, int height, const std::s
   svg = replaced(svg, R"re((id|xlink:href)=(['"])(#?))re", "$1=$2$3" + name + "-");
   svg = replaced(svg, R"(rgb\( *1, *2, *3\))", "currentColor");
   svg = replaced(svg, R"re( color="(black|white|gray|red)")re", "");
-  svg = replaced(svg, R"(stroke="black")", "stroke=\"currentColor\"");
+  svg = replaced(svg, R"(stroke="black")", R"(stroke="currentColor")");
   return fmt::format("<svg role=\"img\" aria-label=\"{}\"{}", escaped(title), svg);
 }
 

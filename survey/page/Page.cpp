@@ -170,6 +170,7 @@ std::vector<std::pair<Group, std::vector<std::string>>> groupsOf(
 
 std::string barCharts(const std::vector<Survey>& surveys, Charts& charts) {
   std::vector<std::string> names;
+  names.reserve(surveys.size());
   for (const Survey& survey : surveys) {
     names.push_back(survey.name);
   }

@@ -97,7 +97,7 @@ std::string intervalInWords(const Interval& ratio) {
 /// What only one side says of a cell, or both.
 std::string remarkOn(const Comparison& comparison, std::size_t base, std::size_t newer,
                      bool hasFigure) {
-  const std::string ofBase = survey::remarkOn(comparison.base.record, base, hasFigure);
+  std::string ofBase = survey::remarkOn(comparison.base.record, base, hasFigure);
   const std::string ofNew = survey::remarkOn(comparison.newer.record, newer, hasFigure);
   if (ofBase == ofNew) {
     return ofBase;
@@ -153,6 +153,7 @@ class Rows {
 
 std::string namesOf(const Record& record, const std::vector<std::size_t>& indices) {
   std::vector<std::string> names;
+  names.reserve(indices.size());
   for (const std::size_t index : indices) {
     names.push_back(nameOf(record.cells[index].cell));
   }
@@ -250,9 +251,14 @@ std::vector<std::string> differencesOf(const Comparison& comparison) {
 std::string verdictOf(const Comparison& comparison, const Changes& changes) {
   std::vector<std::string> parts;
   if (!changes.newFails.empty()) {
-    parts.push_back(fmt::format("{} fails in {} that {} carries ({})", comparison.newer.name,
-                                cells(changes.newFails.size()), comparison.base.name,
-                                namesOf(comparison.newer.record, changes.newFails)));
+    constexpr std::size_t kMostNames = 6;  // standard error has all
+    const std::size_t count = changes.newFails.size();
+    parts.push_back(fmt::format(
+        "{} fails in {} that {} carries{}", comparison.newer.name, cells(count),
+        comparison.base.name,
+        count > kMostNames
+            ? ""
+            : fmt::format(" ({})", namesOf(comparison.newer.record, changes.newFails))));
   }
   if (!changes.cells.empty()) {
     parts.push_back(verdictOnCells(comparison, changes));

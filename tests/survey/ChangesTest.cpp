@@ -112,5 +112,26 @@ TEST_P(ChangesOf, FindWhatIsThere) {
   EXPECT_GE(held, 90);
 }
 
+TEST(ChangesOfTwoSittings, TakeASlowerMachineForNoSlowerDriver) {
+  std::mt19937_64 random(31);
+  Comparison comparison;
+  comparison.threshold = 5;
+  comparison.base = {"old", simulate({.dwell = 1e6, .cells = 6}, random).record};
+  comparison.newer = {"new", comparison.base.record};
+  for (Visit& visit : comparison.newer.record.visits) {
+    for (Frame& frame : visit.frames) {
+      frame.wall = frame.wall * 5 / 4;
+    }
+  }
+  EXPECT_EQ(bisectionStatusOf(changesOf(comparison)), kSomethingSlower);
+  comparison.base.record.speeds = {1e9, 1.01e9};
+  comparison.newer.record.speeds = {0.8e9, 0.81e9};
+  const Changes changes = changesOf(comparison);
+  EXPECT_EQ(bisectionStatusOf(changes), kUndecidedStatus);
+  EXPECT_NEAR(changes.overall.ratio.middle, 0.8, 1e-3);
+  EXPECT_GT(changes.overall.ratio.high, 0.98);
+  EXPECT_NEAR(changes.moved, 25, 1);
+}
+
 }  // namespace
 }  // namespace survey

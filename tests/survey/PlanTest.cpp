@@ -1,9 +1,11 @@
+#include <cstdlib>
 #include <map>
 #include <set>
 
 #include <gtest/gtest.h>
 
 #include "survey/plan/Cells.h"
+#include "survey/plan/Environment.h"
 #include "survey/plan/Turns.h"
 #include "survey/plan/Words.h"
 #include "words/DrawMethods.h"
@@ -35,6 +37,17 @@ TEST(Cells, RefuseWhatNamesNothing) {
   EXPECT_THROW(cellsOf({"", "triStrip", "8", {""}}), Unusable);
   EXPECT_THROW(cellsOf({"all", "triFan", "8", {""}}), Unusable);
   EXPECT_THROW(cellsOf({"all", "triStrip", "8", {"-n,-c"}}), Unusable);
+}
+
+TEST(Environment, IsReadAsAShellReadsIt) {
+  setenv("PLAN_TEST", "there", 1);
+  EXPECT_EQ(assignmentsIn(" A=1 B='two words' C=$PLAN_TEST/x  D= E='$PLAN_TEST' ", "--new"),
+            (std::vector<std::string>{"A=1", "B=two words", "C=there/x", "D=", "E=$PLAN_TEST"}));
+  EXPECT_TRUE(assignmentsIn("", "--new").empty());
+  for (const char* const words :
+       {"A", "=1", "1A=1", "A-B=1", "A=`id`", "A=$UNSET_THERE", "A=1;B=2"}) {
+    EXPECT_THROW(assignmentsIn(words, "--new"), Unusable) << words;
+  }
 }
 
 TEST(Turns, DependOnTheSeedAlone) {
