@@ -70,7 +70,7 @@ std::string svgOf(const std::string& script, int width, int height, const std::s
   svg = replaced(svg, R"(rgb\( *1, *2, *3\))", "currentColor");
   svg = replaced(svg, R"re( color="(black|white|gray|red)")re", "");
   svg = replaced(svg, R"(stroke="black")", R"(stroke="currentColor")");
-  return fmt::format("<svg role=\"img\" aria-label=\"{}\"{}", escaped(title), svg);
+  return fmt::format(R"(<svg role="img" aria-label="{}"{})", escaped(title), svg);
 }
 
 }  // namespace survey
