@@ -13,6 +13,13 @@
 #include "survey/measure/Program.h"
 
 namespace survey {
+namespace {
+
+std::string cannotBeWritten(const std::string& path, const std::system_error& error) {
+  return fmt::format("{} cannot be written: {}.", path, error.code().message());
+}
+
+}  // namespace
 
 bool wantsColours() {
   const char* const noColour = std::getenv("NO_COLOR");
@@ -27,7 +34,7 @@ bool wrote(const std::string& path, const std::function<std::string()>& content)
     writeWhole(path, content());
     return true;
   } catch (const std::system_error& error) {
-    warn(fmt::format("{} cannot be written: {}.", path, error.code().message()));
+    warn(cannotBeWritten(path, error));
     return false;
   }
 }
@@ -46,11 +53,18 @@ int statusOfSignal(int signal) {
   return kSignalled + signal;
 }
 
-void requireOptimised(const SittingCommand& command) {
+void requireReady(const SittingCommand& command) {
   if (!thisProgram().optimised && !command.unoptimised) {
     throw std::runtime_error(
         "this build is without optimisation, so its figures would be those of a slow program; "
         "build with CMAKE_BUILD_TYPE=Release, or insist with --unoptimised.");
+  }
+  for (const std::string& path : {command.json, command.csv, command.markdown}) {
+    try {
+      requirePlaceFor(path);
+    } catch (const std::system_error& error) {
+      throw std::runtime_error(cannotBeWritten(path, error));
+    }
   }
 }
 

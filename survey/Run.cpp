@@ -31,7 +31,7 @@ Record taken(const RunCommand& command, const Launch& launch) {
 }  // namespace
 
 int run(const RunCommand& command, const Launch& launch) {
-  requireOptimised(command);
+  requireReady(command);
   try {
     const Record record = taken(command, launch);
     const Figures figures = figuresOf(record);

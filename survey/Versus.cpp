@@ -57,7 +57,7 @@ Record recordIn(const std::string& path) {
 }  // namespace
 
 int versus(const VersusCommand& command, const Launch& launch) {
-  requireOptimised(command);
+  requireReady(command);
   try {
     const Comparison comparison = taken(command, launch);
     const int status = tell(comparison, command.json, command.markdown);

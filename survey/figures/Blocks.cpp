@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <map>
 #include <numeric>
 
@@ -12,6 +13,8 @@ namespace survey {
 namespace {
 
 constexpr double kNanosecondsPerSecond = 1e9;
+/// So many say enough of the scatter; each costs a fit.
+constexpr std::size_t kMostGroups = 16;
 
 double logarithmOfRate(const Frame& frame) {
   return std::log(static_cast<double>(frame.primitives) * kNanosecondsPerSecond /
@@ -42,25 +45,26 @@ double slowestOf(const CommonFactorFit& fit) {
              : std::exp(quantile(fit.levels, kTail) - quantile(fit.levels, 1 - kTail));
 }
 
-}  // namespace
-
-BlockValues blockValuesOf(const Record& record) {
+std::vector<Sighting> sightingsOf(const std::vector<const Visit*>& visits) {
   std::vector<Sighting> sightings;
-  for (const Visit& visit : record.visits) {
-    sightings.push_back(sightingOf(visit));
+  sightings.reserve(visits.size());
+  for (const Visit* const visit : visits) {
+    sightings.push_back(sightingOf(*visit));
   }
-  const CommonFactorFit fit = fitCommonFactor(sightings, record.cells.size());
+  return sightings;
+}
 
+BlockFit blockFitOf(const std::vector<const Visit*>& visits, const CommonFactorFit& fit) {
+  const std::size_t cellCount = fit.effects.size();
   std::map<std::size_t, std::vector<double>> levels;
-  std::vector<std::map<std::size_t, std::vector<double>>> corrected(record.cells.size());
-  for (std::size_t i = 0; i < record.visits.size(); ++i) {
-    const Visit& visit = record.visits[i];
-    levels[visit.block].push_back(fit.levels[i]);
-    corrected[visit.cell][visit.block].push_back(fit.corrected[i]);
+  std::vector<std::map<std::size_t, std::vector<double>>> corrected(cellCount);
+  for (std::size_t i = 0; i < visits.size(); ++i) {
+    levels[visits[i]->block].push_back(fit.levels[i]);
+    corrected[visits[i]->cell][visits[i]->block].push_back(fit.corrected[i]);
   }
-  BlockValues result{std::vector<std::vector<BlockValue>>(record.cells.size()), {}, slowestOf(fit)};
+  BlockFit result{CellsBlocks(cellCount), 0, slowestOf(fit)};
   for (const auto& [block, ofVisits] : levels) {
-    result.levels.push_back(mean(ofVisits));
+    result.level += mean(ofVisits) / static_cast<double>(levels.size());
   }
   for (std::size_t cell = 0; cell < corrected.size(); ++cell) {
     for (const auto& [block, ofVisits] : corrected[cell]) {
@@ -70,7 +74,38 @@ BlockValues blockValuesOf(const Record& record) {
   return result;
 }
 
-std::vector<std::vector<BlockRatio>> blockRatiosOf(const Comparison& comparison) {
+}  // namespace
+
+BlockFits blockFitsOf(const Record& record) {
+  std::size_t blocks = 0;
+  std::vector<const Visit*> all;
+  for (const Visit& visit : record.visits) {
+    blocks = std::max(blocks, visit.block + 1);
+    all.push_back(&visit);
+  }
+  const CommonFactorFit fit = fitCommonFactor(sightingsOf(all), record.cells.size());
+  BlockFits fits{blockFitOf(all, fit), {}};
+  const std::size_t groups = std::min(blocks, kMostGroups);
+  for (std::size_t group = 0; group < groups; ++group) {
+    std::vector<const Visit*> others;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(others),
+                 [&](const Visit* visit) { return visit->block % groups != group; });
+    fits.without.push_back(blockFitOf(others, fitPart(sightingsOf(others), fit.effects)));
+  }
+  return fits;
+}
+
+Jackknife rateOf(const BlockFits& fits, std::size_t cell) {
+  return fits.jackknife([=](const BlockFit& fit) {
+    std::vector<double> values;
+    for (const BlockValue& block : fit.values[cell]) {
+      values.push_back(block.value + fit.level);
+    }
+    return values;
+  });
+}
+
+CellsBlocks blockRatiosOf(const Comparison& comparison) {
   const auto& base = comparison.base.record.visits;
   const auto& newer = comparison.newer.record.visits;
   /// Of one cell in one block.
@@ -90,7 +125,7 @@ std::vector<std::vector<BlockRatio>> blockRatiosOf(const Comparison& comparison)
       }
     }
   }
-  std::vector<std::vector<BlockRatio>> ratios(pairs.size());
+  CellsBlocks ratios(pairs.size());
   for (std::size_t cell = 0; cell < pairs.size(); ++cell) {
     for (const auto& [block, own] : pairs[cell]) {
       ratios[cell].push_back({block, median(own.undisturbed.empty() ? own.all : own.undisturbed)});

@@ -5,34 +5,59 @@
 #include <vector>
 
 #include "survey/record/Comparison.h"
+#include "survey/statistics/Jackknife.h"
+#include "survey/statistics/TrimmedMean.h"
 
 namespace survey {
 
-/// One cell in one block.
+/// One cell in one block: a logarithm.
 struct BlockValue {
   std::size_t block;
-  /// The logarithm of primitives per second, without what the machine did to all cells at that
-  /// time.
-  double corrected;
+  double value;
 };
 
-struct BlockValues {
-  std::vector<std::vector<BlockValue>> values;  ///< of each cell, in the order of the blocks
-  std::vector<double> levels;  ///< of the machine, each on average over a block: logarithms
-  double slowest = 1;          ///< the machine's slowest level beside its fastest, typically
+/// Of each cell, in the order of the blocks.
+using CellsBlocks = std::vector<std::vector<BlockValue>>;
+
+/// Of one side by itself: logarithms.
+struct BlockFit {
+  CellsBlocks values;  ///< primitives per second, without what the machine did to all cells
+  double level = 0;    ///< of the machine, on average over the blocks
+  double slowest = 1;  ///< the machine's slowest level beside its fastest, typically: a ratio
+};
+
+struct BlockFits {
+  BlockFit all;
+  std::vector<BlockFit> without;  ///< one group of blocks after the other; each block is in one
+
+  /// The trimmed mean of what `valuesOf` takes from a fit, as it would be without each group.
+  template <typename ValuesOf>
+  Jackknife jackknife(const ValuesOf& valuesOf) const;
 };
 
 /// A visit of which some frames were undisturbed speaks through those alone.
-BlockValues blockValuesOf(const Record& record);
+BlockFits blockFitsOf(const Record& record);
 
-/// One cell in one block: the logarithm of the new side's rate over the base side's.
-struct BlockRatio {
-  std::size_t block;
-  double ratio;
-};
+/// A cell's primitives per second, at the machine's level on average over the blocks. The cell must
+/// have a value.
+Jackknife rateOf(const BlockFits& fits, std::size_t cell);
 
-/// Of sides that drew in turns, each cell's in the order of the blocks. Pairs of frames of which
+/// The new side's rate over the base side's, of sides that drew in turns. Pairs of frames of which
 /// neither was disturbed speak for a visit where there are any.
-std::vector<std::vector<BlockRatio>> blockRatiosOf(const Comparison& comparison);
+CellsBlocks blockRatiosOf(const Comparison& comparison);
+
+template <typename ValuesOf>
+Jackknife BlockFits::jackknife(const ValuesOf& valuesOf) const {
+  const std::vector<double> values = valuesOf(all);
+  Jackknife figure{trimmedMean(values).mean, {}};
+  for (const BlockFit& fit : without) {
+    const std::vector<double> left = valuesOf(fit);
+    figure.without.emplace_back();
+    if (!left.empty() && left.size() < values.size()) {
+      figure.without.back() = trimmedMean(left).mean;
+    }
+  }
+  return figure;
+}
 
 }  // namespace survey

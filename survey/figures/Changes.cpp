@@ -83,10 +83,17 @@ void judge(Evidence& evidence, double threshold, const Sureness& sureness, Chang
   }
 }
 
-/// Over the blocks of one sitting.
+/// Of sides in turns.
 class Sample {
  public:
-  void add(const std::vector<std::size_t>& blocks, const std::vector<double>& values) {
+  /// A cell's.
+  void add(const std::vector<BlockValue>& ratios) {
+    std::vector<std::size_t> blocks;
+    std::vector<double> values;
+    for (const BlockValue& ratio : ratios) {
+      blocks.push_back(ratio.block);
+      values.push_back(ratio.value);
+    }
     estimates.push_back(estimateOf(values));
     joint.add(trimmedMean(values), blocks);
   }
@@ -101,20 +108,13 @@ class Sample {
 Evidence evidenceInTurns(const Comparison& comparison) {
   Evidence evidence;
   Sample sample;
-  const auto ratios = blockRatiosOf(comparison);
+  const CellsBlocks ratios = blockRatiosOf(comparison);
   for (std::size_t cell = 0; cell < ratios.size(); ++cell) {
-    if (ratios[cell].empty()) {
-      continue;
+    if (!ratios[cell].empty()) {
+      sample.add(ratios[cell]);
+      evidence.cells.push_back({cell, cell, {}});
+      evidence.cells.back().change.blocks = ratios[cell].size();
     }
-    std::vector<std::size_t> blocks;
-    std::vector<double> values;
-    for (const BlockRatio& ratio : ratios[cell]) {
-      blocks.push_back(ratio.block);
-      values.push_back(ratio.ratio);
-    }
-    sample.add(blocks, values);
-    evidence.cells.push_back({cell, cell, {}});
-    evidence.cells.back().change.blocks = blocks.size();
   }
   if (!evidence.cells.empty()) {
     evidence.overall = sample.overall();
@@ -122,21 +122,6 @@ Evidence evidenceInTurns(const Comparison& comparison) {
     evidence.estimates = std::move(sample.estimates);
   }
   return evidence;
-}
-
-Sample sampleOf(const std::vector<std::vector<BlockValue>>& values,
-                const std::vector<std::size_t>& cells) {
-  Sample sample;
-  for (const std::size_t cell : cells) {
-    std::vector<std::size_t> blocks;
-    std::vector<double> logarithms;
-    for (const BlockValue& value : values[cell]) {
-      blocks.push_back(value.block);
-      logarithms.push_back(value.corrected);
-    }
-    sample.add(blocks, logarithms);
-  }
-  return sample;
 }
 
 /// How far the cores' speed lies apart, as a logarithm; 0 where it is not known.
@@ -156,32 +141,40 @@ std::optional<std::size_t> indexOf(const Cell& cell, const Record& record) {
   return std::nullopt;
 }
 
+std::vector<Estimate> estimatesOf(const std::vector<Jackknife>& figures) {
+  std::vector<Estimate> estimates;
+  estimates.reserve(figures.size());
+  for (const Jackknife& figure : figures) {
+    estimates.push_back(estimateOf(figure));
+  }
+  return estimates;
+}
+
 Evidence evidenceOfTwoSittings(const Comparison& comparison) {
-  const auto [base, baseLevels, baseSlowest] = blockValuesOf(comparison.base.record);
-  const auto [newer, newLevels, newSlowest] = blockValuesOf(comparison.newer.record);
+  const BlockFits baseFits = blockFitsOf(comparison.base.record);
+  const BlockFits newFits = blockFitsOf(comparison.newer.record);
+  const CellsBlocks& base = baseFits.all.values;
+  const CellsBlocks& newer = newFits.all.values;
   Evidence evidence;
-  std::vector<std::size_t> ofBase;
-  std::vector<std::size_t> ofNew;
+  std::vector<Jackknife> ofBase;
+  std::vector<Jackknife> ofNew;
   for (std::size_t cell = 0; cell < base.size(); ++cell) {
     const auto same = indexOf(comparison.base.record.cells[cell].cell, comparison.newer.record);
     if (same && !base[cell].empty() && !newer[*same].empty()) {
-      ofBase.push_back(cell);
-      ofNew.push_back(*same);
+      ofBase.push_back(rateOf(baseFits, cell));
+      ofNew.push_back(rateOf(newFits, *same));
       evidence.cells.push_back({cell, *same, {}});
       evidence.cells.back().change.blocks = std::min(base[cell].size(), newer[*same].size());
     }
   }
   if (!evidence.cells.empty()) {
-    Sample first = sampleOf(base, ofBase);
-    Sample second = sampleOf(newer, ofNew);
-    // The zero of the cells' own values is each sitting's own: its levels belong to them.
-    const Estimate levels = difference(plainEstimateOf(newLevels), plainEstimateOf(baseLevels));
-    evidence.overall = sum(difference(second.overall(), first.overall()), levels);
-    shareVariances(first.estimates);
-    shareVariances(second.estimates);
-    for (std::size_t i = 0; i < ofBase.size(); ++i) {
-      evidence.estimates.push_back(
-          sum(difference(second.estimates[i], first.estimates[i]), levels));
+    evidence.overall = difference(meanOf(ofNew), meanOf(ofBase));
+    std::vector<Estimate> before = estimatesOf(ofBase);
+    std::vector<Estimate> after = estimatesOf(ofNew);
+    shareVariances(before);
+    shareVariances(after);
+    for (std::size_t i = 0; i < before.size(); ++i) {
+      evidence.estimates.push_back(difference(after[i], before[i]));
     }
     evidence.widening = moveBetween(comparison.base.record, comparison.newer.record);
   }

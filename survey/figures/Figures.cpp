@@ -19,19 +19,27 @@ Interval exponential(const Interval& logarithms) {
 }
 
 /// Block by block, where both were measured.
-Estimate ratioOf(const std::vector<BlockValue>& blocks, const std::vector<BlockValue>& best) {
+std::vector<double> differences(const std::vector<BlockValue>& blocks,
+                                const std::vector<BlockValue>& best) {
   std::vector<double> values;
   for (const BlockValue& block : blocks) {
     const auto same = std::find_if(best.begin(), best.end(),
                                    [&](const auto& b) { return b.block == block.block; });
     if (same != best.end()) {
-      values.push_back(block.corrected - same->corrected);
+      values.push_back(block.value - same->value);
     }
   }
-  if (values.empty()) {  // never in one block: the machine's speed is all that joins them
-    values.push_back(blocks.front().corrected - best.front().corrected);
+  return values;
+}
+
+Estimate ratioOf(const BlockFits& fits, std::size_t cell, std::size_t best) {
+  const CellsBlocks& values = fits.all.values;
+  if (differences(values[cell], values[best]).empty()) {
+    // Never in one block: the machine's speed is all that joins them.
+    return {values[cell].front().value - values[best].front().value};
   }
-  return estimateOf(values);
+  return estimateOf(fits.jackknife(
+      [=](const BlockFit& fit) { return differences(fit.values[cell], fit.values[best]); }));
 }
 
 /// On a software renderer timer queries count times of the processor.
@@ -67,31 +75,25 @@ bool isPrecise(const Interval& interval, double percent) {
   return 100 * interval.halfWidth() <= percent * interval.middle;
 }
 
-/// Fills in the rates: what a cell has of its own, and the machine's mean level.
-void findRates(std::vector<Group>& groups, const BlockValues& blocks) {
+/// Fills in the rates.
+void findRates(std::vector<Group>& groups, const BlockFits& fits) {
   std::vector<Estimate> estimates;
   for (const Group& group : groups) {
     for (const CellFigure& figure : group.ranking) {
-      std::vector<double> values;
-      for (const BlockValue& value : blocks.values[figure.cell]) {
-        values.push_back(value.corrected);
-      }
-      estimates.push_back(estimateOf(values));
+      estimates.push_back(estimateOf(rateOf(fits, figure.cell)));
     }
   }
   shareVariances(estimates);
-  const Estimate level = estimates.empty() ? Estimate{} : plainEstimateOf(blocks.levels);
   auto estimate = estimates.begin();
   for (Group& group : groups) {
     for (CellFigure& figure : group.ranking) {
-      figure.rate = exponential(intervalOf(sum(*estimate++, level)));
+      figure.rate = exponential(intervalOf(*estimate++));
     }
   }
 }
 
 /// Ranks the groups, whose figures have rates, and fills in the ratios.
-void rank(std::vector<Group>& groups, const std::vector<std::vector<BlockValue>>& values,
-          double precision) {
+void rank(std::vector<Group>& groups, const BlockFits& fits, double precision) {
   std::vector<Estimate> estimates;
   for (Group& group : groups) {
     std::vector<CellFigure>& ranking = group.ranking;
@@ -99,7 +101,7 @@ void rank(std::vector<Group>& groups, const std::vector<std::vector<BlockValue>>
       return a.rate.middle > b.rate.middle;
     });
     for (std::size_t i = 1; i < ranking.size(); ++i) {
-      estimates.push_back(ratioOf(values[ranking[i].cell], values[ranking[0].cell]));
+      estimates.push_back(ratioOf(fits, ranking[i].cell, ranking[0].cell));
     }
   }
   shareVariances(estimates);
@@ -117,10 +119,10 @@ void rank(std::vector<Group>& groups, const std::vector<std::vector<BlockValue>>
 }  // namespace
 
 Figures figuresOf(const Record& record) {
-  const BlockValues blocks = blockValuesOf(record);
-  const auto& values = blocks.values;
+  const BlockFits fits = blockFitsOf(record);
+  const CellsBlocks& values = fits.all.values;
   Figures figures;
-  figures.slowest = blocks.slowest;
+  figures.slowest = fits.all.slowest;
   for (const Visit& visit : record.visits) {
     figures.frames += visit.frames.size();
     figures.disturbed += static_cast<std::size_t>(std::count_if(
@@ -151,8 +153,8 @@ Figures figuresOf(const Record& record) {
     group.ranking.push_back(
         {.cell = cell, .blocks = values[cell].size(), .gpuShare = gpuShareOf(record, cell)});
   }
-  findRates(figures.groups, blocks);
-  rank(figures.groups, values, record.settings.precision);
+  findRates(figures.groups, fits);
+  rank(figures.groups, fits, record.settings.precision);
   for (Group& group : figures.groups) {
     for (CellFigure& figure : group.ranking) {
       const CellAnswer& answer = *record.cells[figure.cell].answer;

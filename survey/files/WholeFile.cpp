@@ -59,15 +59,40 @@ void writeBeside(const std::string& path, std::string_view content) {
   }
 }
 
-}  // namespace
-
-void writeWhole(const std::string& path, std::string_view content) {
+bool isWrittenBeside(const std::string& path) {
   std::error_code unknown;
   const auto status = std::filesystem::status(path, unknown);
-  if (!std::filesystem::exists(status) || std::filesystem::is_regular_file(status)) {
-    // Through a link, what it points to is replaced.
-    const auto target = std::filesystem::weakly_canonical(path, unknown);
-    writeBeside(unknown ? path : target.string(), content);
+  return !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
+}
+
+/// Through a link, what it points to is replaced.
+std::string targetOf(const std::string& path) {
+  std::error_code unknown;
+  const auto target = std::filesystem::weakly_canonical(path, unknown);
+  return unknown ? path : target.string();
+}
+
+}  // namespace
+
+void requirePlaceFor(const std::string& path) {
+  if (path.empty()) {
+    return;
+  }
+  if (std::filesystem::is_directory(path)) {
+    errno = EISDIR;
+    fail(path);
+  }
+  const bool beside = isWrittenBeside(path);
+  const std::string directory = std::filesystem::path(targetOf(path)).parent_path().string();
+  const std::string place = !beside ? path : directory.empty() ? "." : directory;
+  if (access(place.c_str(), beside ? W_OK | X_OK : W_OK) != 0) {
+    fail(path);
+  }
+}
+
+void writeWhole(const std::string& path, std::string_view content) {
+  if (isWrittenBeside(path)) {
+    writeBeside(targetOf(path), content);
     return;
   }
   const Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC));

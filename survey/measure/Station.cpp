@@ -83,10 +83,16 @@ std::unique_ptr<WorkerProcess> Station::start(const Launch& launch, Record& reco
       auto worker = std::make_unique<WorkerProcess>(padded, interruption_);
       // The first worker tries the devices; the others take the one that it found.
       const bool found = !record.driver.renderer.empty();
-      record.driver = worker->ask<Driver>(
+      const auto driver = worker->ask<Driver>(
           Begin{found ? std::to_string(record.driver.number) : settings_.device, settings_.onScreen,
                 core_, turns_.below(std::uint64_t{1} << 32)},
           patienceFor(0));
+      // Without what it was to preload it would be measured in the name of something else.
+      if (const std::string complaint = worker->linkersComplaint();
+          !complaint.empty() && !launch.environment.empty()) {
+        throw WorkerFault(complaint);
+      }
+      record.driver = driver;
       ++started_;
       return worker;
     } catch (const WorkerFault&) {

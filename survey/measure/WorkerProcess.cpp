@@ -161,6 +161,15 @@ WorkerProcess::~WorkerProcess() {
   close(errors);
 }
 
+std::string WorkerProcess::linkersComplaint() const {
+  constexpr std::string_view kMark = "ERROR: ld.so: ";
+  const std::size_t begin = lastWords.find(kMark);
+  return begin == std::string::npos
+             ? ""
+             : lastSentence(lastWords.substr(begin + kMark.size(),
+                                             lastWords.find('\n', begin) - begin - kMark.size()));
+}
+
 nlohmann::json WorkerProcess::exchange(const nlohmann::json& request, milliseconds patience) {
   if (!channel.send(request)) {
     fault(howItEnded());

@@ -13,15 +13,15 @@ namespace {
 
 /// Sightings to either side that count as neighbours: a second or so.
 constexpr std::size_t kReach = 8;
-/// Values nearer than this are on the same side of a jump: more than what visits differ by on a
-/// noisy machine, or their own scatter would pass for the machine's and intervals be too narrow;
-/// less than what levels do (35 percent).
-constexpr double kSameLevel = 0.3;
+/// Values nearer than this are on the same side of a jump: more than what most visits differ by on
+/// a noisy machine, less than what levels do (35 percent).
+constexpr double kSameLevel = 0.2;
 /// With fewer values of other cells on its side a value is taken for an outlier.
 constexpr int kFewestNeighbours = 4;
 /// Turns of the effects' medians: over all differences first, then over those of one side.
 constexpr int kWideTurns = 4;
 constexpr int kNarrowTurns = 8;
+constexpr int kTurnsOfPart = 4;
 
 class Series {
  public:
@@ -37,6 +37,25 @@ class Series {
     }
   }
 
+  Series(std::span<const Sighting> ofTime, std::vector<double> known)
+      : sightings(ofTime), effects(std::move(known)) {}
+
+  void polishEffects(int turns, double gap) {
+    for (int turn = 0; turn < turns; ++turn) {
+      polishEffects(gap);
+    }
+  }
+
+  CommonFactorFit fit() const {
+    CommonFactorFit fit{{}, {}, effects};
+    for (std::size_t i = 0; i < sightings.size(); ++i) {
+      fit.corrected.push_back(corrected(i));
+      fit.levels.push_back(median(sightings[i].values) - fit.corrected.back());
+    }
+    return fit;
+  }
+
+ private:
   /// Moves every effect to the median of its differences from the neighbours' levels; differences
   /// further away from the present effect than `gap` do not count.
   void polishEffects(double gap) {
@@ -73,7 +92,6 @@ class Series {
     return median(std::move(values));
   }
 
- private:
   struct Neighbour {
     double level;  ///< of the machine, as its value without its cell's effect says
     bool sameCell;
@@ -119,22 +137,19 @@ class Series {
 }  // namespace
 
 CommonFactorFit fitCommonFactor(std::span<const Sighting> sightings, std::size_t cellCount) {
-  CommonFactorFit fit;
   if (sightings.empty()) {
-    return fit;
+    return {{}, {}, std::vector<double>(cellCount, 0.0)};
   }
   Series series(sightings, cellCount);
-  for (int turn = 0; turn < kWideTurns; ++turn) {
-    series.polishEffects(std::numeric_limits<double>::infinity());
-  }
-  for (int turn = 0; turn < kNarrowTurns; ++turn) {
-    series.polishEffects(kSameLevel);
-  }
-  for (std::size_t i = 0; i < sightings.size(); ++i) {
-    fit.corrected.push_back(series.corrected(i));
-    fit.levels.push_back(median(sightings[i].values) - fit.corrected.back());
-  }
-  return fit;
+  series.polishEffects(kWideTurns, std::numeric_limits<double>::infinity());
+  series.polishEffects(kNarrowTurns, kSameLevel);
+  return series.fit();
+}
+
+CommonFactorFit fitPart(std::span<const Sighting> sightings, const std::vector<double>& effects) {
+  Series series(sightings, effects);
+  series.polishEffects(kTurnsOfPart, kSameLevel);
+  return series.fit();
 }
 
 }  // namespace survey

@@ -15,16 +15,6 @@ Estimate estimateOf(std::span<const double> values) {
   return {mean.mean, {mean.variance(), mean.freedom()}, mean.kept};
 }
 
-Estimate plainEstimateOf(std::span<const double> values) {
-  const auto count = static_cast<double>(values.size());
-  const double mean = std::accumulate(values.begin(), values.end(), 0.0) / count;
-  double squares = 0;
-  for (const double value : values) {
-    squares += (value - mean) * (value - mean);
-  }
-  return {mean, {squares / (count - 1) / count, count - 1}, values.size()};
-}
-
 void shareVariances(std::span<Estimate> estimates) {
   std::vector<Variance> ofValues;
   for (const Estimate& estimate : estimates) {
@@ -43,23 +33,17 @@ void shareVariances(std::span<Estimate> estimates) {
   }
 }
 
-Estimate sum(const Estimate& one, const Estimate& other) {
-  const double mean = one.mean + other.mean;
-  const double variance = one.variance.value + other.variance.value;
-  if (!(one.variance.freedom > 0) || !(other.variance.freedom > 0)) {
+Estimate difference(const Estimate& newer, const Estimate& base) {
+  const double mean = newer.mean - base.mean;
+  const double variance = newer.variance.value + base.variance.value;
+  if (!(newer.variance.freedom > 0) || !(base.variance.freedom > 0)) {
     return {mean, {variance, 0}};
   }
   const auto part = [](const Variance& own) { return own.value * own.value / own.freedom; };
-  const double parts = part(one.variance) + part(other.variance);
+  const double parts = part(newer.variance) + part(base.variance);
   return {mean,
           {variance,
            parts > 0 ? variance * variance / parts : std::numeric_limits<double>::infinity()}};
-}
-
-Estimate difference(const Estimate& newer, const Estimate& base) {
-  Estimate negative = base;
-  negative.mean = -base.mean;
-  return sum(newer, negative);
 }
 
 Interval intervalOf(const Estimate& estimate, double confidence) {

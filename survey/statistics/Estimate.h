@@ -20,20 +20,17 @@ struct Interval {
 struct Estimate {
   double mean = 0;
   Variance variance{0, 0};  ///< of the mean
-  std::size_t kept = 1;     ///< values that the mean is of
+  std::size_t kept = 1;     ///< values, or groups of them, that the mean is of
 };
 
 /// The trimmed mean of the values, which must not be empty.
 Estimate estimateOf(std::span<const double> values);
-/// Their plain mean, for values that jump between two levels, of which both count.
-Estimate plainEstimateOf(std::span<const double> values);
 
 /// Moves the variances of estimates that are known from few values towards what they have in
 /// common. One of a single value knows nothing of its scatter, and stays so.
 void shareVariances(std::span<Estimate> estimates);
 
 /// Of independent ones, with Welch's degrees of freedom.
-Estimate sum(const Estimate& one, const Estimate& other);
 Estimate difference(const Estimate& newer, const Estimate& base);
 
 /// Student's, which holds the middle with that confidence; infinite where nothing is known of the

@@ -8,6 +8,7 @@
 #include "survey/statistics/CommonFactor.h"
 #include "survey/statistics/Estimate.h"
 #include "survey/statistics/Holm.h"
+#include "survey/statistics/Jackknife.h"
 #include "survey/statistics/Quantiles.h"
 #include "tests/survey/SimulatedMachine.h"
 
@@ -22,6 +23,21 @@ TEST(Estimate, OfFewValuesIsStudents) {
   const Estimate between = difference({17.2, {0.5, 4}, 5}, {15.8, {0.2, 8}, 9});
   EXPECT_NEAR(between.mean, 1.4, 1e-12);
   EXPECT_NEAR(between.variance.freedom, 0.49 / (0.0625 + 0.005), 1e-9);
+}
+
+TEST(Jackknife, OfAMeanIsItsStandardError) {
+  // 1 2 3 6, of which each is a group; the fifth group has no part.
+  const Jackknife figure{3, {11.0 / 3, 10.0 / 3, 3, 2, std::nullopt}};
+  const Estimate estimate = estimateOf(figure);
+  EXPECT_EQ(estimate.mean, 3);
+  EXPECT_NEAR(estimate.variance.value, 14.0 / 12, 1e-12);
+  EXPECT_EQ(estimate.variance.freedom, 3);
+  EXPECT_EQ(intervalOf(estimateOf(Jackknife{3, {std::nullopt, 3}})).high, INFINITY);
+  // What moves two figures together counts once; what moves them apart not at all.
+  const Jackknife opposed{3, {7.0 / 3, 8.0 / 3, 3, 4, std::nullopt}};
+  EXPECT_NEAR(meanOf(std::vector{figure, figure}).variance.value, 14.0 / 12, 1e-12);
+  EXPECT_NEAR(meanOf(std::vector{figure, opposed}).variance.value, 0, 1e-12);
+  EXPECT_EQ(meanOf(std::vector{figure, Jackknife{1, {0, 2, {}, {}, {}}}}).variance.freedom, 1);
 }
 
 TEST(Holm, StepsDownUntilOneIsNotSureEnough) {
@@ -82,6 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Regime{{.dwell = 20}, 20, 0.035}, Regime{{.dwell = 1e6}, 20, 0.035},
                     Regime{{.dwell = 2, .blocks = 6}, 20, 0.065},
                     Regime{{.dwell = 2, .blocks = 4}, 20, 0.08},
+                    Regime{{.dwell = 0.5, .blocks = 14, .luck = 0.05, .scatter = 0.06}, 10, 0.1},
                     Regime{{.dwell = 2, .cells = 2, .passes = 8}, 120, 0.035}));
 
 TEST_P(Simulated, IntervalsHoldTheTruth) {

@@ -51,6 +51,12 @@ TEST(VersusProcess, StopsABisectionWhereTheBaseSideOrTheCommandLineIsAtFault) {
   expectOutput("$V --base SCRIPT=begin=fail --new ''; echo $?",
                ".*the base side cannot be used, as no worker of it came up: found no device\\.\n"
                "255\n");
+  // A library that does not load must not leave the driver as it was to be compared with itself.
+  expectOutput(
+      "for sides in '--base LD_PRELOAD=/no.so --new A=' '--base A= --new LD_PRELOAD=/no.so'; do\n"
+      "$V $sides > text; echo $?; head -1 text; done",
+      ".*the base side cannot be used.*: object '/no.so' from LD_PRELOAD cannot be .*\n255\n"
+      "(.|\n)*\n1\nnew fails in 4 cells that base carries .*\n");
   expectOutput(
       "$S versus --unoptimised --methods drawArrays --details 8 --base "
       "SCRIPT=drawArrays/triStrip/8=refuse "

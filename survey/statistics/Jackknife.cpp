@@ -1,0 +1,52 @@
+#include "survey/statistics/Jackknife.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace survey {
+
+Estimate estimateOf(const Jackknife& figure) {
+  std::vector<double> parts;
+  double mean = 0;
+  for (const std::optional<double>& part : figure.without) {
+    if (part) {
+      parts.push_back(*part);
+      mean += *part;
+    }
+  }
+  Estimate estimate{figure.whole, {0, 0}};
+  if (parts.size() > 1) {
+    const auto count = static_cast<double>(parts.size());
+    mean /= count;
+    for (const double part : parts) {
+      estimate.variance.value += (part - mean) * (part - mean) * (count - 1) / count;
+    }
+    estimate.variance.freedom = count - 1;
+    estimate.kept = parts.size();
+  }
+  return estimate;
+}
+
+Estimate meanOf(std::span<const Jackknife> figures) {
+  const auto count = static_cast<double>(figures.size());
+  Jackknife mean{0, {}};
+  double freedom = std::numeric_limits<double>::infinity();
+  for (const Jackknife& figure : figures) {
+    mean.whole += figure.whole / count;
+    freedom = std::min(freedom, estimateOf(figure).variance.freedom);
+  }
+  for (std::size_t group = 0; group < figures.front().without.size(); ++group) {
+    double change = 0;
+    bool hasPart = false;
+    for (const Jackknife& figure : figures) {
+      change += (figure.without[group].value_or(figure.whole) - figure.whole) / count;
+      hasPart = hasPart || figure.without[group];
+    }
+    mean.without.push_back(hasPart ? std::optional(mean.whole + change) : std::nullopt);
+  }
+  Estimate estimate = estimateOf(mean);
+  estimate.variance.freedom = freedom;
+  return estimate;
+}
+
+}  // namespace survey
