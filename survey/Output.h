@@ -19,8 +19,8 @@ bool printed(const std::string& text);
 /// What shells take for the end by that signal.
 int statusOfSignal(int signal);
 
-/// Before time is spent: throws std::runtime_error for a build whose figures would be those of a slow
-/// program, and where a file could not be written in the end.
+/// Before time is spent: throws std::runtime_error for a build whose figures would be those of a
+/// slow program, and where a file could not be written in the end.
 void requireReady(const SittingCommand& command);
 
 }  // namespace survey

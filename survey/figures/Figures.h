@@ -44,8 +44,8 @@ struct Figures {
 };
 
 /// The intervals are of 95 %, with the block as the unit of replication: trimmed means over the
-/// blocks, their errors by a jackknife over the blocks that repeats the fit of the machine's levels,
-/// and cells that lend each other certainty about how far blocks scatter.
+/// blocks, their errors by a jackknife over the blocks that repeats the fit of the machine's
+/// levels, and cells that lend each other certainty about how far blocks scatter.
 Figures figuresOf(const Record& record);
 
 /// A sentence on a cell of that index: why it has no figure, or what has to be known beside it;

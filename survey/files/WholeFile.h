@@ -10,7 +10,8 @@ namespace survey {
 /// std::system_error; what was there before stays then. A pipe or a device is written to directly.
 void writeWhole(const std::string& path, std::string_view content);
 
-/// Throws std::system_error where writeWhole would find no place to write to; an empty path is none.
+/// Throws std::system_error where writeWhole would find no place to write to; an empty path is
+/// none.
 void requirePlaceFor(const std::string& path);
 
 /// What a file holds. Throws std::system_error.

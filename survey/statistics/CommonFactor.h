@@ -11,8 +11,8 @@
 ///   itself; so a level is taken from the same side of a jump, and what is near to none of its
 ///   neighbours stays visible as an outlier.
 ///
-/// The filter draws values towards their cell's effect, so the scatter of what is left says too little
-/// of how sure the effects are: repeat the fit with a part left out to see that.
+/// The filter draws values towards their cell's effect, so the scatter of what is left says too
+/// little of how sure the effects are: repeat the fit with a part left out to see that.
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,6 @@
-/// How sure a figure is that is made of groups of measurements in whatever way: from what becomes of
-/// it when one group after the other is left out (Quenouille, 1956; Tukey, 1958). What goes into it
-/// for all groups at once, such as the fit of the machine's levels, is in the error then, which
+/// How sure a figure is that is made of groups of measurements in whatever way: from what becomes
+/// of it when one group after the other is left out (Quenouille, 1956; Tukey, 1958). What goes into
+/// it for all groups at once, such as the fit of the machine's levels, is in the error then, which
 /// comes out too large rather than too small (Efron and Stein, 1981).
 #pragma once
 

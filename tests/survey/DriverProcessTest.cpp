@@ -29,15 +29,15 @@ TEST(SurveyOnDriver, CarriesAllCellsWithoutAnError) {
 TEST(SurveyOnDriver, AWorkerThatDiesOrStopsInsideTheDriverCostsItsCell) {
   const std::pair<std::string, std::string> ends[] = {{"SIGABRT", "died of SIGABRT \\(Aborted\\)"},
                                                       {"SIGKILL", "died of SIGKILL \\(Killed\\)"},
-                                                      {"SIGSTOP", "did not answer within 3 s"}};
+                                                      {"SIGSTOP", "did not answer within 2 s"}};
   for (const auto& [signal, reason] : ends) {
     expectOutput(
         "export ASAN_OPTIONS=verify_asan_link_order=0\n"
         "CALL_LIST_SIGNAL=$(kill -l " +
             signal +
             ") LD_PRELOAD=" SIGNAL_IN_CALL_LIST
-            " $S run --methods drawArrays,displayLists --details 8 --seconds 8 "
-            "--patience 3 --precision 100 2> /dev/null; echo $?",
+            " $S run --methods drawArrays,displayLists --details 8 --seconds 6 "
+            "--patience 2 --precision 100 2> /dev/null; echo $?",
         "(.*\n)*> +drawArrays +[0-9.]+ (.*\n)* +displayLists +- .*\\[1\\]\n\n\\[1\\] " + reason +
             ".*\n0\n");
   }

@@ -80,7 +80,8 @@ TEST(SurveyProcess, EndsEarlyWithWhatIsKnown) {
 }
 
 TEST(SurveyProcess, WritesWholeFilesOrNone) {
-  expectOutput("for file in '--json /nowhere/a.json' '--csv .'; do\n"
+  expectOutput(
+      "for file in '--json /nowhere/a.json' '--csv .'; do\n"
       "$R --markdown table $file; echo $?; done; ls",
       ".*/nowhere/a.json cannot be written: No such file or directory\\.\n1\n"
       ".* \\. cannot be written: Is a directory\\.\n1\n");

@@ -62,8 +62,9 @@ TEST(VersusProcess, StopsABisectionWhereTheBaseSideOrTheCommandLineIsAtFault) {
       "SCRIPT=drawArrays/triStrip/8=refuse "
       "--new '' 2> errors | head -1; echo ${PIPESTATUS[0]}",
       "base has no figure to compare with\\.\n255\n");
-  // What neither side can do is not the new side's fault, whoever is asked first.
-  for (const char* const seed : {"1", "2", "3", "4"}) {
+  // What neither side can do is not the new side's fault, whoever is asked first: with these seeds
+  // the one and the other.
+  for (const char* const seed : {"1", "3"}) {
     expectOutput(
         std::string("V=\"$V --seed ") + seed +
             "\"; $V --base SCRIPT=begin=fail --new SCRIPT=begin=fail 2> errors; echo $?\n"
