@@ -9,7 +9,9 @@
 #include "survey/measure/Program.h"
 #include "survey/measure/Versus.h"
 #include "survey/show/ProgressBar.h"
+#include "survey/show/Sides.h"
 #include "survey/show/Verdict.h"
+#include "survey/show/VerdictTable.h"
 
 namespace survey {
 namespace {

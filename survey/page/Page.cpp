@@ -11,8 +11,10 @@
 #include "survey/page/Html.h"
 #include "survey/show/Answer.h"
 #include "survey/show/Numbers.h"
+#include "survey/show/Sides.h"
 #include "survey/show/Table.h"
 #include "survey/show/Verdict.h"
+#include "survey/show/VerdictTable.h"
 
 namespace survey {
 namespace {
