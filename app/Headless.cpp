@@ -93,7 +93,7 @@ View* openHeadless(int* argc, char** argv) {
   takeGlutOptionsOut(argc, argv);
   try {
     std::vector<HeadlessDevice> devices = listDevices();
-    const HeadlessDevice& device = chooseDevice(devices, wantedDevice());
+    const HeadlessDevice device = chooseDevice(devices, wantedDevice());
     const std::string card = device.software ? cardLeftOut(devices) : "";
     return new HeadlessView(device, card.empty() ? "" : ' ' + card);
   } catch (const HeadlessTrouble& trouble) {

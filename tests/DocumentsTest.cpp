@@ -1,4 +1,5 @@
 // README, manual page and completion name what the program takes, and nothing else.
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <regex>

@@ -21,7 +21,7 @@ unsigned int paintedRed(int width, int height) {
 
 TEST(HeadlessContext, DrawsInBuffersOfAnySizeAndKeepsItsState) {
   std::vector<HeadlessDevice> devices = listDevices();
-  const HeadlessDevice& device = chooseDevice(devices, wantedDevice());
+  const HeadlessDevice device = chooseDevice(devices, wantedDevice());
   for (int times = 0; times < 2; ++times) {
     HeadlessContext context(device.number, 17, 5);
     EXPECT_EQ(context.name(), device.name);  // as tried in another process

@@ -92,8 +92,8 @@ std::string describeDevices(std::span<const HeadlessDevice> devices) {
   return lines;
 }
 
-const HeadlessDevice& chooseDevice(std::span<HeadlessDevice> devices, std::string_view wanted,
-                                   const TryOne& tryOne) {
+HeadlessDevice chooseDevice(std::span<HeadlessDevice> devices, std::string_view wanted,
+                            const TryOne& tryOne) {
   if (devices.empty()) {
     throw HeadlessTrouble(
         "EGL lists no graphics device, not even a software renderer; install the card's own driver "

@@ -18,8 +18,8 @@ std::string describeDevices(std::span<const HeadlessDevice> devices);
 /// or render node that no other has. Where nothing is wanted: the first that is no software
 /// renderer, else the first. Tries no more devices than it needs to know. Throws HeadlessTrouble
 /// where there is no such device; where that depends on the others, with their list.
-const HeadlessDevice& chooseDevice(std::span<HeadlessDevice> devices, std::string_view wanted,
-                                   const std::function<void(HeadlessDevice&)>& tryOne = tryDevice);
+HeadlessDevice chooseDevice(std::span<HeadlessDevice> devices, std::string_view wanted,
+                            const std::function<void(HeadlessDevice&)>& tryOne = tryDevice);
 
 /// With a software renderer chosen: why it is none of this machine's graphics cards, and what to
 /// do, as a sentence; empty where there is no card.

@@ -1,4 +1,5 @@
 // Verdicts on machines whose truth is known.
+#include <algorithm>
 #include <cmath>
 #include <random>
 
