@@ -58,7 +58,7 @@ TEST(HeadlessProcess, EndsWithASentenceWhenItCannotGoOn) {
       "echo '{\"file_format_version\": \"1.0.0\", \"ICD\": {\"library_path\": \"none\"}}' > f; "
       "__EGL_VENDOR_LIBRARY_FILENAMES=$PWD/f $S -r 5; echo $?",
       "Sorvanta: no EGL driver here offers the device platform, .*\n1\n");
-  expectOutput("LIBGL_DRIVERS_PATH=/none SORVANTA_DEVICE=0 $S -r 5; echo $?",
+  expectOutput("GALLIUM_DRIVER=none SORVANTA_DEVICE=0 $S -r 5; echo $?",
                "Sorvanta: the graphics device that SORVANTA_DEVICE chooses cannot be used:\n"
                "  0: .+ It said: .+\n1\n");
 }

@@ -33,12 +33,24 @@ class Picture : public testing::Test {
     return pixels;
   }
 
+  static bool onZink() {
+    const std::string renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
+    return renderer.starts_with("zink");
+  }
+
   /// Mesa's zink cuts strips that Vulkan does not know at indices that change from frame to frame.
   bool driverFailsWith(DrawMethod method) {
-    const std::string renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
     const GLenum mode = test.getPrimitive();
-    return renderer.starts_with("zink") && method == kDrawElementsWithRestart &&
+    return onZink() && method == kDrawElementsWithRestart &&
            (mode == GL_QUAD_STRIP || mode == GL_POLYGON);
+  }
+
+  /// Bytes of a pixel that falls to its neighbour: since Mesa 25 zink transforms what
+  /// glArrayElement gives with other roundings, which shows where a line runs between two pixels.
+  std::ptrdiff_t strays(DrawMethod method) {
+    constexpr std::ptrdiff_t kTwoPixels = 8;
+    const bool linesOrPoints = test.getPrimitive() <= GL_LINE_STRIP;
+    return onZink() && method == kDrawArrayElement && linesOrPoints ? kTwoPixels : 0;
   }
 
   /// Draws with every method, which has to give that picture.
@@ -49,11 +61,11 @@ class Picture : public testing::Test {
       }
       test.setDrawMethod(method.method);
       const Pixels picture = frame();
-      int difference = 0;
+      std::ptrdiff_t different = 0;
       for (std::size_t i = 0; i < picture.size(); ++i) {
-        difference = std::max(difference, std::abs(picture[i] - reference[i]));
+        different += std::abs(picture[i] - reference[i]) > tolerance ? 1 : 0;
       }
-      EXPECT_LE(difference, tolerance) << what << ' ' << rowOf(method.method)->word;
+      EXPECT_LE(different, strays(method.method)) << what << ' ' << rowOf(method.method)->word;
     }
   }
 
