@@ -14,9 +14,10 @@ namespace {
 
 /// A block lasts at least so many times as long as its workers took to come up.
 constexpr double kStartTimes = 2;
-/// Blocks before the first look at what is decided, and between two looks.
-constexpr std::size_t kFirstLook = 8;
-constexpr std::size_t kBetweenLooks = 4;
+/// Blocks before the first look at what is decided, and between two looks: soon and often enough
+/// for cells that are not to get more of a short sitting's time.
+constexpr std::size_t kFirstLook = 6;
+constexpr std::size_t kBetweenLooks = 2;
 
 class Sitting {
  public:
