@@ -97,15 +97,19 @@ FramesInTurns framesInTurns(const std::array<WorkerProcess*, 2>& workers, double
     }
     first = 1 - first;
   };
-  for (int i = 0; i < kWarmUpPairs; ++i) {
+  const auto wallOfPair = [&] {
+    return static_cast<double>(frames[0].back().wall + frames[1].back().wall);
+  };
+  const double leastWall = 2 * frame * kNanosecondsPerMillisecond;
+  double warm = 0;
+  for (int i = 0; i < kWarmUpPairs && warm < kWarmUpPairs * leastWall; ++i) {
     drawPair();
+    warm += wallOfPair();
   }
   frames = {};
-  for (Tally tally(kPairs, 2 * frame * kNanosecondsPerMillisecond); !tally.isEnough();) {
+  for (Tally tally(kPairs, leastWall); !tally.isEnough();) {
     drawPair();
-    const Frame& one = frames[0].back();
-    const Frame& other = frames[1].back();
-    tally.add(static_cast<double>(one.wall + other.wall), one.disturbed || other.disturbed);
+    tally.add(wallOfPair(), frames[0].back().disturbed || frames[1].back().disturbed);
   }
   return frames;
 }
