@@ -30,6 +30,13 @@ std::optional<unsigned int> lastCore() {
   return std::nullopt;
 }
 
+/// Whether it tells the dynamic linker what to load. Without that its workers would be measured in
+/// the name of something else.
+bool tellsTheLinker(const Launch& launch) {
+  return std::any_of(launch.environment.begin(), launch.environment.end(),
+                     [](const std::string& variable) { return variable.starts_with("LD_"); });
+}
+
 /// Keeps this thread on a core while it lives.
 class Stay {
  public:
@@ -87,9 +94,8 @@ std::unique_ptr<WorkerProcess> Station::start(const Launch& launch, Record& reco
           Begin{found ? std::to_string(record.driver.number) : settings_.device, settings_.onScreen,
                 core_, turns_.below(std::uint64_t{1} << 32)},
           patienceFor(0));
-      // Without what it was to preload it would be measured in the name of something else.
       if (const std::string complaint = worker->linkersComplaint();
-          !complaint.empty() && !launch.environment.empty()) {
+          !complaint.empty() && tellsTheLinker(launch)) {
         throw WorkerFault(complaint);
       }
       record.driver = driver;

@@ -49,8 +49,8 @@ class WorkerProcess {
     }
   }
 
-  /// What the dynamic linker had to say before the program began, of a library that it was to
-  /// preload and could not; empty if nothing.
+  /// What the dynamic linker had to say before the program began, of a library that it was to load
+  /// and could not; empty if nothing.
   std::string linkersComplaint() const;
 
   /// Ends it, and throws WorkerFault with that reason.

@@ -54,9 +54,10 @@ TEST(VersusProcess, StopsABisectionWhereTheBaseSideOrTheCommandLineIsAtFault) {
   // A library that does not load must not leave the driver as it was to be compared with itself.
   expectOutput(
       "for sides in '--base LD_PRELOAD=/no.so --new A=' '--base A= --new LD_PRELOAD=/no.so'; do\n"
-      "$V $sides > text; echo $?; head -1 text; done",
+      "$V $sides > text; echo $?; head -1 text; done\n"
+      "LD_PRELOAD=/no.so $V --base '' --new A= 2> errors > text; head -1 text",
       ".*the base side cannot be used.*: object '/no.so' from LD_PRELOAD cannot be .*\n255\n"
-      "(.|\n)*\n1\nnew fails in 4 cells that base carries .*\n");
+      "(.|\n)*\n1\nnew fails in 4 cells that base carries .*\nnew is the same as base .*\n");
   expectOutput(
       "$S versus --unoptimised --methods drawArrays --details 8 --base "
       "SCRIPT=drawArrays/triStrip/8=refuse "
