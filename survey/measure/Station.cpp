@@ -30,11 +30,15 @@ std::optional<unsigned int> lastCore() {
   return std::nullopt;
 }
 
-/// Whether it tells the dynamic linker what to load. Without that its workers would be measured in
-/// the name of something else.
-bool tellsTheLinker(const Launch& launch) {
-  return std::any_of(launch.environment.begin(), launch.environment.end(),
-                     [](const std::string& variable) { return variable.starts_with("LD_"); });
+/// Whether the dynamic linker complains of what the launch tells it to load: without that its
+/// workers would be measured in the name of something else.
+bool isOfLaunch(const std::string& complaint, const Launch& launch) {
+  return std::any_of(
+      launch.environment.begin(), launch.environment.end(), [&](const std::string& variable) {
+        const std::string name = variable.substr(0, variable.find('='));
+        return name == "LD_AUDIT" ? complaint.find("audit") != std::string::npos
+                                  : complaint.find(" from " + name) != std::string::npos;
+      });
 }
 
 /// Keeps this thread on a core while it lives.
@@ -94,9 +98,10 @@ std::unique_ptr<WorkerProcess> Station::start(const Launch& launch, Record& reco
           Begin{found ? std::to_string(record.driver.number) : settings_.device, settings_.onScreen,
                 core_, turns_.below(std::uint64_t{1} << 32)},
           patienceFor(0));
-      if (const std::string complaint = worker->linkersComplaint();
-          !complaint.empty() && tellsTheLinker(launch)) {
-        throw WorkerFault(complaint);
+      for (const std::string& complaint : worker->linkersComplaints()) {
+        if (isOfLaunch(complaint, launch)) {
+          throw WorkerFault(complaint);
+        }
       }
       record.driver = driver;
       ++started_;

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include <errno.h>  // NOLINT(modernize-deprecated-headers): the program's name is an extension of it
 #include <fcntl.h>
@@ -110,6 +111,19 @@ std::string lastSentence(std::string words) {
   return words.substr(begin, std::min(end + 1 - begin, kLongestSentence));
 }
 
+std::string withoutFullStop(std::string_view sentence) {
+  return std::string(sentence.substr(0, sentence.size() - (sentence.ends_with('.') ? 1 : 0)));
+}
+
+/// What the dynamic linker complains of in that line; empty if nothing.
+std::string complaintIn(const std::string& line) {
+  constexpr std::string_view kMark = "ERROR: ld.so: ";
+  const std::size_t begin = line.find(kMark);
+  return begin == std::string::npos
+             ? ""
+             : withoutFullStop(lastSentence(line.substr(begin + kMark.size())));
+}
+
 /// A worker's own last sentence, which says more than how it ended; empty for what is a driver's.
 std::string ownSentence(std::string_view sentence) {
   const std::string name = fmt::format("{}: ", program_invocation_short_name);
@@ -117,7 +131,7 @@ std::string ownSentence(std::string_view sentence) {
     return "";
   }
   sentence.remove_prefix(name.size());
-  return std::string(sentence.substr(0, sentence.size() - (sentence.ends_with('.') ? 1 : 0)));
+  return withoutFullStop(sentence);
 }
 
 }  // namespace
@@ -159,15 +173,6 @@ WorkerProcess::WorkerProcess(const Launch& launch, const Interruption& endingSig
 WorkerProcess::~WorkerProcess() {
   kill();
   close(errors);
-}
-
-std::string WorkerProcess::linkersComplaint() const {
-  constexpr std::string_view kMark = "ERROR: ld.so: ";
-  const std::size_t begin = lastWords.find(kMark);
-  return begin == std::string::npos
-             ? ""
-             : lastSentence(lastWords.substr(begin + kMark.size(),
-                                             lastWords.find('\n', begin) - begin - kMark.size()));
 }
 
 nlohmann::json WorkerProcess::exchange(const nlohmann::json& request, milliseconds patience) {
@@ -224,8 +229,19 @@ void WorkerProcess::keepLastWords() {
   char words[kKeptWords];
   for (ssize_t count = 0; (count = read(errors, words, sizeof words)) > 0;) {
     lastWords.append(words, static_cast<std::size_t>(count));
+    keepComplaints(std::string_view(words, static_cast<std::size_t>(count)));
     if (lastWords.size() > kKeptWords) {
       lastWords.erase(0, lastWords.size() - kKeptWords);
+    }
+  }
+}
+
+void WorkerProcess::keepComplaints(std::string_view words) {
+  for (const char character : words) {
+    if (character != '\n') {
+      line.append(line.size() < kKeptWords ? 1 : 0, character);
+    } else if (std::string complaint = complaintIn(std::exchange(line, "")); !complaint.empty()) {
+      complaints.push_back(std::move(complaint));
     }
   }
 }

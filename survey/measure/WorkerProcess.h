@@ -5,6 +5,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -49,9 +50,8 @@ class WorkerProcess {
     }
   }
 
-  /// What the dynamic linker had to say before the program began, of a library that it was to load
-  /// and could not; empty if nothing.
-  std::string linkersComplaint() const;
+  /// What the dynamic linker had to say of libraries that it was to load and could not.
+  const std::vector<std::string>& linkersComplaints() const { return complaints; }
 
   /// Ends it, and throws WorkerFault with that reason.
   [[noreturn]] void fault(std::string reason);
@@ -61,6 +61,7 @@ class WorkerProcess {
   /// Waits until the channel is readable; whether that came about in time.
   bool waitForAnswer(std::chrono::milliseconds patience);
   void keepLastWords();
+  void keepComplaints(std::string_view words);
   std::string howItEnded();
   /// Waits a while for its end; the status of waitpid.
   std::optional<int> reap();
@@ -70,6 +71,8 @@ class WorkerProcess {
   Channel channel;
   int errors = -1;  ///< reads what the worker writes on standard error
   std::string lastWords;
+  std::string line;  ///< that is not at its end yet
+  std::vector<std::string> complaints;
   pid_t id = -1;  ///< -1 once it has ended
 };
 

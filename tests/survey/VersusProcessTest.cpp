@@ -53,9 +53,9 @@ TEST(VersusProcess, StopsABisectionWhereTheBaseSideOrTheCommandLineIsAtFault) {
                "255\n");
   // A library that does not load must not leave the driver as it was to be compared with itself.
   expectOutput(
-      "for sides in '--base LD_PRELOAD=/no.so --new A=' '--base A= --new LD_PRELOAD=/no.so'; do\n"
-      "$V $sides > text; echo $?; head -1 text; done\n"
-      "LD_PRELOAD=/no.so $V --base '' --new A= 2> errors > text; head -1 text",
+      "$V --base LD_PRELOAD=/no.so --new A= > text; echo $?\n"
+      "$V --base A= --new 'LD_PRELOAD=/no.so SCRIPT=begin=chatter' > text; echo $?; head -1 text\n"
+      "LD_PRELOAD=/no.so $V --base '' --new LD_LIBRARY_PATH=/x 2> errors > text; head -1 text",
       ".*the base side cannot be used.*: object '/no.so' from LD_PRELOAD cannot be .*\n255\n"
       "(.|\n)*\n1\nnew fails in 4 cells that base carries .*\nnew is the same as base .*\n");
   expectOutput(
