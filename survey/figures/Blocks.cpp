@@ -13,8 +13,8 @@ namespace survey {
 namespace {
 
 constexpr double kNanosecondsPerSecond = 1e9;
-/// So many say enough of the scatter; each costs a fit.
-constexpr std::size_t kMostGroups = 16;
+/// Each costs a fit.
+constexpr std::size_t kMostGroups = 32;
 
 double logarithmOfRate(const Frame& frame) {
   return std::log(static_cast<double>(frame.primitives) * kNanosecondsPerSecond /
@@ -85,11 +85,13 @@ BlockFits blockFitsOf(const Record& record) {
   }
   const CommonFactorFit fit = fitCommonFactor(sightingsOf(all), record.cells.size());
   BlockFits fits{blockFitOf(all, fit), {}};
-  const std::size_t groups = std::min(blocks, kMostGroups);
-  for (std::size_t group = 0; group < groups; ++group) {
+  // Of neighbours, so that what moves slowly is in one group and not a bit in each.
+  const std::size_t size = (blocks + kMostGroups - 1) / kMostGroups;
+  for (std::size_t first = 0; first < blocks; first += size) {
     std::vector<const Visit*> others;
-    std::copy_if(all.begin(), all.end(), std::back_inserter(others),
-                 [&](const Visit* visit) { return visit->block % groups != group; });
+    std::copy_if(all.begin(), all.end(), std::back_inserter(others), [&](const Visit* visit) {
+      return visit->block < first || visit->block >= first + size;
+    });
     fits.without.push_back(blockFitOf(others, fitPart(sightingsOf(others), fit.effects)));
   }
   return fits;

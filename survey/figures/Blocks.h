@@ -28,7 +28,7 @@ struct BlockFit {
 
 struct BlockFits {
   BlockFit all;
-  std::vector<BlockFit> without;  ///< one group of blocks after the other; each block is in one
+  std::vector<BlockFit> without;  ///< one block, or group of neighbours, after the other
 
   /// The trimmed mean of what `valuesOf` takes from a fit, as it would be without each group.
   template <typename ValuesOf>
@@ -42,14 +42,15 @@ BlockFits blockFitsOf(const Record& record);
 /// have a value.
 Jackknife rateOf(const BlockFits& fits, std::size_t cell);
 
-/// The new side's rate over the base side's, of sides that drew in turns. Pairs of frames of which
-/// neither was disturbed speak for a visit where there are any.
+/// The new side's rate over the base side's, of sides that drew in turns: of a block the median
+/// over its pairs of frames, over those alone of which neither was disturbed where there are any.
 CellsBlocks blockRatiosOf(const Comparison& comparison);
 
 template <typename ValuesOf>
 Jackknife BlockFits::jackknife(const ValuesOf& valuesOf) const {
   const std::vector<double> values = valuesOf(all);
-  Jackknife figure{trimmedMean(values).mean, {}};
+  const TrimmedMean whole = trimmedMean(values);
+  Jackknife figure{whole.mean, whole.kept, {}};
   for (const BlockFit& fit : without) {
     const std::vector<double> left = valuesOf(fit);
     figure.without.emplace_back();

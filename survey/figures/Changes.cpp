@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 
-#include "survey/figures/Blocks.h"
+#include "survey/figures/Evidence.h"
 #include "survey/statistics/Holm.h"
 #include "survey/statistics/Quantiles.h"
 #include "survey/statistics/StudentsT.h"
-#include "survey/statistics/TrimmedMean.h"
 
 namespace survey {
 namespace {
@@ -21,14 +19,6 @@ struct Sureness {
 };
 constexpr Sureness kInTheEnd{0.05, 0.95};
 constexpr Sureness kOnTheWay{0.001, 0.99};
-
-/// Estimates of cells and of the mean over all of them, as they come from one sitting or two.
-struct Evidence {
-  std::vector<CellChange> cells;
-  std::vector<Estimate> estimates;  ///< of the cells, in their order: logarithms of ratios
-  std::optional<Estimate> overall;
-  double widening = 0;  ///< of every interval, at either end
-};
 
 /// The change of an estimate that lies outside the threshold, towards zero at that limit.
 double beyond(const Estimate& estimate, double threshold, double widening) {
@@ -60,129 +50,35 @@ Change changeFrom(const Estimate& estimate, bool changed, double threshold, doub
   return change;
 }
 
-void judge(Evidence& evidence, double threshold, const Sureness& sureness, Change& overall) {
+struct Judgement {
+  std::vector<CellChange> cells;  ///< in the order of the evidence
+  Change overall;
+};
+
+Judgement judge(const Evidence& evidence, double threshold, const Sureness& sureness) {
+  const double widening = evidence.widening;
   const bool overallChanged =
-      evidence.overall && probabilityWithin(*evidence.overall, threshold, evidence.widening) <=
-                              sureness.falseAlarms / 2;
+      evidence.overall &&
+      probabilityWithin(*evidence.overall, threshold, widening) <= sureness.falseAlarms / 2;
   std::vector<double> probabilities;
   for (const Estimate& estimate : evidence.estimates) {
-    probabilities.push_back(probabilityWithin(estimate, threshold, evidence.widening));
+    probabilities.push_back(probabilityWithin(estimate, threshold, widening));
   }
   const std::vector<bool> changed =
       positives(probabilities, sureness.falseAlarms / (overallChanged ? 1 : 2));
+  Judgement judgement;
   for (std::size_t i = 0; i < evidence.cells.size(); ++i) {
-    Change& change = evidence.cells[i].change;
-    const std::size_t blocks = change.blocks;
-    change = changeFrom(evidence.estimates[i], changed[i], threshold, evidence.widening,
-                        sureness.confidence);
-    change.blocks = blocks;
+    const auto& [base, newer, blocks] = evidence.cells[i];
+    judgement.cells.push_back(
+        {base, newer,
+         changeFrom(evidence.estimates[i], changed[i], threshold, widening, sureness.confidence)});
+    judgement.cells.back().change.blocks = blocks;
   }
   if (evidence.overall) {
-    overall = changeFrom(*evidence.overall, overallChanged, threshold, evidence.widening,
-                         sureness.confidence);
+    judgement.overall =
+        changeFrom(*evidence.overall, overallChanged, threshold, widening, sureness.confidence);
   }
-}
-
-/// Of sides in turns.
-class Sample {
- public:
-  /// A cell's.
-  void add(const std::vector<BlockValue>& ratios) {
-    std::vector<std::size_t> blocks;
-    std::vector<double> values;
-    for (const BlockValue& ratio : ratios) {
-      blocks.push_back(ratio.block);
-      values.push_back(ratio.value);
-    }
-    estimates.push_back(estimateOf(values));
-    joint.add(trimmedMean(values), blocks);
-  }
-  Estimate overall() const { return {joint.mean(), {joint.variance(), joint.freedom()}}; }
-
-  std::vector<Estimate> estimates;
-
- private:
-  JointMean joint;
-};
-
-Evidence evidenceInTurns(const Comparison& comparison) {
-  Evidence evidence;
-  Sample sample;
-  const CellsBlocks ratios = blockRatiosOf(comparison);
-  for (std::size_t cell = 0; cell < ratios.size(); ++cell) {
-    if (!ratios[cell].empty()) {
-      sample.add(ratios[cell]);
-      evidence.cells.push_back({cell, cell, {}});
-      evidence.cells.back().change.blocks = ratios[cell].size();
-    }
-  }
-  if (!evidence.cells.empty()) {
-    evidence.overall = sample.overall();
-    shareVariances(sample.estimates);
-    evidence.estimates = std::move(sample.estimates);
-  }
-  return evidence;
-}
-
-/// How far the cores' speed lies apart, as a logarithm; 0 where it is not known.
-double moveBetween(const Record& base, const Record& newer) {
-  if (base.speeds.empty() || newer.speeds.empty()) {
-    return 0;
-  }
-  return std::abs(std::log(median(newer.speeds) / median(base.speeds)));
-}
-
-std::optional<std::size_t> indexOf(const Cell& cell, const Record& record) {
-  for (std::size_t i = 0; i < record.cells.size(); ++i) {
-    if (record.cells[i].cell == cell) {
-      return i;
-    }
-  }
-  return std::nullopt;
-}
-
-std::vector<Estimate> estimatesOf(const std::vector<Jackknife>& figures) {
-  std::vector<Estimate> estimates;
-  estimates.reserve(figures.size());
-  for (const Jackknife& figure : figures) {
-    estimates.push_back(estimateOf(figure));
-  }
-  return estimates;
-}
-
-Evidence evidenceOfTwoSittings(const Comparison& comparison) {
-  const BlockFits baseFits = blockFitsOf(comparison.base.record);
-  const BlockFits newFits = blockFitsOf(comparison.newer.record);
-  const CellsBlocks& base = baseFits.all.values;
-  const CellsBlocks& newer = newFits.all.values;
-  Evidence evidence;
-  std::vector<Jackknife> ofBase;
-  std::vector<Jackknife> ofNew;
-  for (std::size_t cell = 0; cell < base.size(); ++cell) {
-    const auto same = indexOf(comparison.base.record.cells[cell].cell, comparison.newer.record);
-    if (same && !base[cell].empty() && !newer[*same].empty()) {
-      ofBase.push_back(rateOf(baseFits, cell));
-      ofNew.push_back(rateOf(newFits, *same));
-      evidence.cells.push_back({cell, *same, {}});
-      evidence.cells.back().change.blocks = std::min(base[cell].size(), newer[*same].size());
-    }
-  }
-  if (!evidence.cells.empty()) {
-    evidence.overall = difference(meanOf(ofNew), meanOf(ofBase));
-    std::vector<Estimate> before = estimatesOf(ofBase);
-    std::vector<Estimate> after = estimatesOf(ofNew);
-    shareVariances(before);
-    shareVariances(after);
-    for (std::size_t i = 0; i < before.size(); ++i) {
-      evidence.estimates.push_back(difference(after[i], before[i]));
-    }
-    evidence.widening = moveBetween(comparison.base.record, comparison.newer.record);
-  }
-  return evidence;
-}
-
-Evidence evidenceOf(const Comparison& comparison) {
-  return comparison.inTurns ? evidenceInTurns(comparison) : evidenceOfTwoSittings(comparison);
+  return judgement;
 }
 
 /// By how many percent a cell must be slower for that to be found four times of five.
@@ -239,10 +135,12 @@ void findFailures(const Comparison& comparison, Changes& changes) {
 }  // namespace
 
 Changes changesOf(const Comparison& comparison) {
-  Evidence evidence = evidenceOf(comparison);
+  const Evidence evidence = evidenceOf(comparison);
+  auto [cells, overall] = judge(evidence, comparison.threshold, kInTheEnd);
   Changes changes;
-  judge(evidence, comparison.threshold, kInTheEnd, changes.overall);
-  changes.cells = std::move(evidence.cells);
+  changes.cells = std::move(cells);
+  changes.overall = overall;
+  changes.notInOverall = evidence.notInOverall;
   changes.moved = kPercent * std::expm1(evidence.widening);
   if (evidence.overall) {
     const double alarms = kInTheEnd.falseAlarms / 2;
@@ -261,13 +159,11 @@ Changes changesOf(const Comparison& comparison) {
 }
 
 std::vector<bool> decidedSoFar(const Comparison& comparison) {
-  Evidence evidence = evidenceOf(comparison);
-  Change overall;
-  judge(evidence, comparison.threshold, kOnTheWay, overall);
+  const auto [cells, overall] = judge(evidenceOf(comparison), comparison.threshold, kOnTheWay);
   std::vector<bool> decided(comparison.base.record.cells.size(), false);
   // As long as the mean over all is open, every cell adds to it.
   if (overall.verdict != Verdict::kUndecided) {
-    for (const CellChange& cell : evidence.cells) {
+    for (const CellChange& cell : cells) {
       decided[cell.base] = cell.change.verdict != Verdict::kUndecided;
     }
   }

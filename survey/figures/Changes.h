@@ -45,6 +45,7 @@ struct Changes {
   std::vector<std::size_t> baseFails;  ///< the base side's that have a figure on the new one alone
   std::vector<std::size_t> withoutFigures;  ///< the base side's that have none on either
   Change overall;                           ///< the geometric mean over the cells
+  std::vector<std::size_t> notInOverall;    ///< cells that it leaves out, as one block is too few
   bool hopeless =
       false;           ///< no cell has, or could get, a ratio, and that is not the new side's fault
   double visible = 0;  ///< percent: a slowdown of one cell that would most probably be found

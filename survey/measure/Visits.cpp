@@ -6,13 +6,12 @@ namespace survey {
 namespace {
 
 constexpr double kDisturbedShare = 0.02;
-constexpr std::size_t kMostFaults = 2;
 constexpr int kWarmUps = 2;
 constexpr std::size_t kFrames = 4;
 /// Where a machine's speed jumps between the frames of a pair, that pair is lost: short frames and
 /// many pairs lose few.
 constexpr std::size_t kPairs = 12;
-constexpr int kWarmUpPairs = 4;
+constexpr int kWarmUpPairs = 3;
 constexpr std::size_t kFewestFrames = 2;
 constexpr double kNanosecondsPerMillisecond = 1e6;
 constexpr double kMicrosecondsPerMillisecond = 1e3;
@@ -68,7 +67,7 @@ bool isDisturbed(const Frame& frame) {
 }
 
 bool isWorthAnotherVisit(const CellRecord& cell) {
-  return cell.faults.size() < kMostFaults && (!cell.answer || cell.answer->hasFigure());
+  return !cell.isGivenUp() && (!cell.answer || cell.answer->hasFigure());
 }
 
 std::vector<Frame> framesOf(WorkerProcess& worker, double frame,
@@ -101,12 +100,14 @@ FramesInTurns framesInTurns(const std::array<WorkerProcess*, 2>& workers, double
     return static_cast<double>(frames[0].back().wall + frames[1].back().wall);
   };
   const double leastWall = 2 * frame * kNanosecondsPerMillisecond;
+  drawPair();  // in which much is made ready: its time says nothing of the pairs to come
   double warm = 0;
   for (int i = 0; i < kWarmUpPairs && warm < kWarmUpPairs * leastWall; ++i) {
     drawPair();
     warm += wallOfPair();
   }
   frames = {};
+  first = 0;
   for (Tally tally(kPairs, leastWall); !tally.isEnough();) {
     drawPair();
     tally.add(wallOfPair(), frames[0].back().disturbed || frames[1].back().disturbed);

@@ -59,6 +59,9 @@ struct CellRecord {
   Cell cell;
   std::optional<CellAnswer> answer;  ///< none where no worker lived to give one
   std::vector<std::string> faults;   ///< what it cost workers, a sentence each
+
+  /// Whether it has cost so many workers that it is not tried again.
+  bool isGivenUp() const { return faults.size() >= 2; }
 };
 
 /// What a worker's context is.

@@ -183,6 +183,11 @@ std::vector<std::string> caveatsOf(const Comparison& comparison, const Changes& 
             : "One block cannot tell how far blocks scatter, and so nothing could be found; give "
               "more time with --seconds.");
   }
+  if (!changes.notInOverall.empty()) {
+    sentences.push_back(
+        fmt::format("Not part of the overall change, as one block tells no scatter: {}.",
+                    namesOf(base, changes.notInOverall)));
+  }
   if (std::string disturbance = disturbanceOf(comparison); !disturbance.empty()) {
     sentences.push_back(std::move(disturbance));
   }

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <limits>
-#include <numeric>
 
 #include "survey/statistics/Quantiles.h"
 

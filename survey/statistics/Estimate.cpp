@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <limits>
-#include <numeric>
 #include <vector>
 
 #include "survey/statistics/StudentsT.h"

@@ -4,6 +4,8 @@
 #include <limits>
 #include <numeric>
 
+#include "survey/statistics/EffectiveSize.h"
+
 namespace survey {
 namespace {
 
@@ -43,26 +45,34 @@ TrimmedMean trimmedMean(std::span<const double> values) {
 }
 
 void JointMean::add(const TrimmedMean& mean, std::span<const std::size_t> places) {
-  fewestKept_ = count_ == 0 ? mean.kept : std::min(fewestKept_, mean.kept);
-  ++count_;
+  const auto values = static_cast<double>(places.size());
+  count_ += 1;
   sum_ += mean.mean;
+  values_ += values;
+  keptValues_ += static_cast<double>(mean.kept);
   for (std::size_t i = 0; i < places.size(); ++i) {
-    pulls_.resize(std::max(pulls_.size(), places[i] + 1), 0.0);
+    const std::size_t size = std::max(pulls_.size(), places[i] + 1);
+    pulls_.resize(size, 0.0);
+    shares_.resize(size, 0.0);
     pulls_[places[i]] += mean.pulls[i];
+    shares_[places[i]] += 1 / values;
   }
 }
 
+double JointMean::kept() const {
+  return effectiveSize(shares_) * keptValues_ / values_;
+}
+
 double JointMean::mean() const {
-  return sum_ / static_cast<double>(count_);
+  return sum_ / count_;
 }
 
 double JointMean::freedom() const {
-  return static_cast<double>(fewestKept_) - 1;
+  return kept() - 1;
 }
 
 double JointMean::variance() const {
-  const auto count = static_cast<double>(count_);
-  return varianceOf(pulls_, static_cast<double>(fewestKept_)) / (count * count);
+  return varianceOf(pulls_, kept()) / (count_ * count_);
 }
 
 }  // namespace survey

@@ -24,7 +24,8 @@ struct TrimmedMean {
 TrimmedMean trimmedMean(std::span<const double> values);
 
 /// The mean over several trimmed means whose values belong together, place by place, so that what
-/// moves all of them at one place counts as one move.
+/// moves all of them at one place counts as one move. Each should have two values at least: one
+/// alone does not tell how far it scatters, and its place would look steady.
 class JointMean {
  public:
   /// `places` names where each value of the mean was taken.
@@ -35,10 +36,14 @@ class JointMean {
   double variance() const;
 
  private:
-  std::size_t count_ = 0;
+  double kept() const;  ///< values that count, as if each mean had some at the same places
+
+  double count_ = 0;
   double sum_ = 0;
-  std::size_t fewestKept_ = 0;
-  std::vector<double> pulls_;  ///< by place, of the sum
+  double values_ = 0;  ///< of all means
+  double keptValues_ = 0;
+  std::vector<double> pulls_;   ///< by place, of the sum
+  std::vector<double> shares_;  ///< by place, in the sum
 };
 
 }  // namespace survey

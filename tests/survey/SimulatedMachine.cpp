@@ -116,6 +116,9 @@ Comparison simulateTurns(const Simulation& machine, double effect, std::mt19937_
   Speed speed(machine, random);
   for (std::size_t block = 0; block < machine.blocks; ++block) {
     for (std::size_t cell = 0; cell < machine.cells; ++cell) {
+      if (cell < machine.brief && block > cell) {
+        continue;
+      }
       double logs[2];
       Visit visits[] = {{cell, block, 0, 0, {}}, {cell, block, 1, 0, {}}};
       // Processes of some cells differ more than those of others.

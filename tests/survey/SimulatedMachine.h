@@ -18,6 +18,7 @@ struct Simulation {
   double luck = 0.02;      ///< of a process with a cell: standard deviation of the logarithm
   double scatter = 0.015;  ///< of a frame
   double astray = 0.03;    ///< share of the blocks' cells that are off by 10 to 40 %
+  std::size_t brief = 0;   ///< in turns: cells that end early, one after a block, one after two...
 };
 
 struct SimulatedSurvey {

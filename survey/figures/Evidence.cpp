@@ -1,0 +1,160 @@
+#include "survey/figures/Evidence.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <iterator>
+#include <numeric>
+
+#include "survey/figures/Blocks.h"
+#include "survey/statistics/TrimmedMean.h"
+
+namespace survey {
+namespace {
+
+/// Whether one side cannot do what the other one can, though it was not so from the beginning: what
+/// it did before that is no ratio.
+bool failsOnOneSide(const CellRecord& base, const CellRecord& newer) {
+  return (base.isGivenUp() && newer.faults.empty()) || (newer.isGivenUp() && base.faults.empty());
+}
+
+/// Finds the mean over the cells that tell how far they scatter; over all where none does.
+template <typename MeanOf>
+void findOverall(Evidence& evidence, const MeanOf& meanOf) {
+  std::vector<std::size_t> chosen;
+  for (std::size_t i = 0; i < evidence.cells.size(); ++i) {
+    if (evidence.estimates[i].variance.freedom > 0) {
+      chosen.push_back(i);
+    } else {
+      evidence.notInOverall.push_back(evidence.cells[i].base);
+    }
+  }
+  if (chosen.empty()) {
+    evidence.notInOverall.clear();
+    chosen.resize(evidence.cells.size());
+    std::iota(chosen.begin(), chosen.end(), 0);
+  }
+  if (!chosen.empty()) {
+    evidence.overall = meanOf(chosen);
+  }
+}
+
+Evidence evidenceInTurns(const Comparison& comparison) {
+  const CellsBlocks ratios = blockRatiosOf(comparison);
+  Evidence evidence;
+  std::vector<std::vector<double>> values;
+  for (std::size_t cell = 0; cell < ratios.size(); ++cell) {
+    if (ratios[cell].empty() ||
+        failsOnOneSide(comparison.base.record.cells[cell], comparison.newer.record.cells[cell])) {
+      continue;
+    }
+    evidence.cells.push_back({cell, cell, ratios[cell].size()});
+    values.emplace_back();
+    for (const BlockValue& ratio : ratios[cell]) {
+      values.back().push_back(ratio.value);
+    }
+    evidence.estimates.push_back(estimateOf(values.back()));
+  }
+  findOverall(evidence, [&](const std::vector<std::size_t>& chosen) -> Estimate {
+    JointMean joint;
+    for (const std::size_t i : chosen) {
+      std::vector<std::size_t> blocks;
+      for (const BlockValue& ratio : ratios[evidence.cells[i].base]) {
+        blocks.push_back(ratio.block);
+      }
+      joint.add(trimmedMean(values[i]), blocks);
+    }
+    return {joint.mean(), {joint.variance(), joint.freedom()}};
+  });
+  shareVariances(evidence.estimates);
+  return evidence;
+}
+
+double meanLogarithm(const std::vector<double>& values) {
+  return std::transform_reduce(values.begin(), values.end(), 0.0, std::plus<>(),
+                               [](double value) { return std::log(value); }) /
+         static_cast<double>(values.size());
+}
+
+/// How far the cores' speed lies apart on average, as levels are averaged over blocks for rates: a
+/// logarithm, 0 where it is not known.
+double moveBetween(const Record& base, const Record& newer) {
+  if (base.speeds.empty() || newer.speeds.empty()) {
+    return 0;
+  }
+  return std::abs(meanLogarithm(newer.speeds) - meanLogarithm(base.speeds));
+}
+
+std::vector<Estimate> estimatesOf(const std::vector<Jackknife>& figures) {
+  std::vector<Estimate> estimates;
+  estimates.reserve(figures.size());
+  for (const Jackknife& figure : figures) {
+    estimates.push_back(estimateOf(figure));
+  }
+  return estimates;
+}
+
+std::vector<Estimate> differences(const std::vector<Estimate>& newer,
+                                  const std::vector<Estimate>& base) {
+  std::vector<Estimate> estimates;
+  std::transform(newer.begin(), newer.end(), base.begin(), std::back_inserter(estimates),
+                 difference);
+  return estimates;
+}
+
+std::vector<Jackknife> these(const std::vector<Jackknife>& figures,
+                             const std::vector<std::size_t>& chosen) {
+  std::vector<Jackknife> some;
+  some.reserve(chosen.size());
+  for (const std::size_t i : chosen) {
+    some.push_back(figures[i]);
+  }
+  return some;
+}
+
+Evidence evidenceOfTwoSittings(const Comparison& comparison) {
+  const BlockFits baseFits = blockFitsOf(comparison.base.record);
+  const BlockFits newFits = blockFitsOf(comparison.newer.record);
+  const CellsBlocks& base = baseFits.all.values;
+  const CellsBlocks& newer = newFits.all.values;
+  Evidence evidence;
+  std::vector<Jackknife> ofBase;
+  std::vector<Jackknife> ofNew;
+  for (std::size_t cell = 0; cell < base.size(); ++cell) {
+    const auto same = indexOf(comparison.base.record.cells[cell].cell, comparison.newer.record);
+    if (same && !base[cell].empty() && !newer[*same].empty() &&
+        !failsOnOneSide(comparison.base.record.cells[cell], comparison.newer.record.cells[*same])) {
+      ofBase.push_back(rateOf(baseFits, cell));
+      ofNew.push_back(rateOf(newFits, *same));
+      evidence.cells.push_back({cell, *same, std::min(base[cell].size(), newer[*same].size())});
+    }
+  }
+  std::vector<Estimate> before = estimatesOf(ofBase);
+  std::vector<Estimate> after = estimatesOf(ofNew);
+  evidence.estimates = differences(after, before);
+  findOverall(evidence, [&](const std::vector<std::size_t>& chosen) {
+    return difference(meanOf(these(ofNew, chosen)), meanOf(these(ofBase, chosen)));
+  });
+  shareVariances(before);
+  shareVariances(after);
+  evidence.estimates = differences(after, before);
+  evidence.widening = moveBetween(comparison.base.record, comparison.newer.record);
+  return evidence;
+}
+
+}  // namespace
+
+std::optional<std::size_t> indexOf(const Cell& cell, const Record& record) {
+  for (std::size_t i = 0; i < record.cells.size(); ++i) {
+    if (record.cells[i].cell == cell) {
+      return i;
+    }
+  }
+  return std::nullopt;
+}
+
+Evidence evidenceOf(const Comparison& comparison) {
+  return comparison.inTurns ? evidenceInTurns(comparison) : evidenceOfTwoSittings(comparison);
+}
+
+}  // namespace survey
