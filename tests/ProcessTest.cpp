@@ -113,7 +113,7 @@ INSTANTIATE_TEST_SUITE_P(Process, Hidden,
 
 TEST_P(Hidden, FramesKeepComing) {
   const auto& [manager, options, hide] = GetParam();
-  expectOutput(manager + " > /dev/null 2>&1 & sleep 1; " + started("-r 4 " + options) +
+  expectOutput(manager + " > /dev/null 2>&1 & sleep 1; " + started("-r 3 " + options) +
                    "sleep 1; " + hide +
                    " || echo no; before=$(wc -l < out); wait $!; echo $?; "
                    "[ $(wc -l < out) -gt $((before + 3)) ] && echo more",

@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ctime>
 #include <string>
 
 #include <sched.h>
 
 namespace survey {
 namespace {
-
-using std::chrono::steady_clock;
 
 /// So many workers in a row that do not come up end the survey.
 constexpr int kMostFailedStarts = 3;
@@ -59,17 +58,26 @@ class Stay {
   cpu_set_t before_{};
 };
 
-/// Steps of a calculation in which each needs the one before, per second.
+double threadSeconds() {
+  constexpr double kNanosecondsPerSecond = 1e9;
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) +
+         static_cast<double>(time.tv_nsec) / kNanosecondsPerSecond;
+}
+
+/// Steps of a calculation in which each needs the one before, per second of this thread: others may
+/// have the core meanwhile, as they may during a frame, which is repeated then.
 double stepsPerSecond() {
   constexpr int kSteps = 2'000'000;
-  const auto begin = steady_clock::now();
+  const double begin = threadSeconds();
   volatile std::uint64_t result = 1;
   std::uint64_t state = result;
   for (int i = 0; i < kSteps; ++i) {
     state = state * 6364136223846793005U + 1442695040888963407U;  // Knuth's MMIX
   }
   result = state;
-  return kSteps / std::chrono::duration<double>(steady_clock::now() - begin).count();
+  return kSteps / (threadSeconds() - begin);
 }
 
 }  // namespace
@@ -78,7 +86,7 @@ Station::Station(const Settings& settings)
     : settings_(settings), turns_(settings.seed), core_(lastCore()) {}
 
 double Station::elapsed() const {
-  return std::chrono::duration<double>(steady_clock::now() - began_).count();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - began_).count();
 }
 
 double Station::secondsLeft() const {

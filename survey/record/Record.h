@@ -143,8 +143,9 @@ struct Record {
   Driver driver;
   std::vector<CellRecord> cells;
   std::vector<Visit> visits;  ///< in the order of time
-  /// How fast the submitting threads' core was at the beginning of each block: steps a second of a
-  /// calculation that is always the same. Empty where no core was chosen.
+  /// How fast the submitting threads' core was at the beginning of each block: steps of a
+  /// calculation that is always the same per second of processor time. Empty where no core was
+  /// chosen.
   std::vector<double> speeds;
   Ending ending = Ending::kTimeUp;
   std::string endingSentence;  ///< the reason where there is more to say

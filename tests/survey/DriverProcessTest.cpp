@@ -1,5 +1,6 @@
 // The whole program with its own workers, on the real driver.
 #include <regex>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -27,10 +28,11 @@ TEST(SurveyOnDriver, CarriesAllCellsWithoutAnError) {
 }
 
 TEST(SurveyOnDriver, AWorkerThatDiesOrStopsInsideTheDriverCostsItsCell) {
-  const std::pair<std::string, std::string> ends[] = {{"SIGABRT", "died of SIGABRT \\(Aborted\\)"},
-                                                      {"SIGKILL", "died of SIGKILL \\(Killed\\)"},
-                                                      {"SIGSTOP", "did not answer within 2 s"}};
-  for (const auto& [signal, reason] : ends) {
+  const std::tuple<std::string, std::string, std::string> ends[] = {
+      {"SIGABRT", "3", "died of SIGABRT \\(Aborted\\)"},
+      {"SIGKILL", "3", "died of SIGKILL \\(Killed\\)"},
+      {"SIGSTOP", "6", "did not answer within 2 s"}};
+  for (const auto& [signal, seconds, reason] : ends) {
     expectOutput(
         "export ASAN_OPTIONS=verify_asan_link_order=0\n"
         "CALL_LIST_SIGNAL=$(kill -l " +
