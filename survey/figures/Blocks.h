@@ -50,7 +50,7 @@ template <typename ValuesOf>
 Jackknife BlockFits::jackknife(const ValuesOf& valuesOf) const {
   const std::vector<double> values = valuesOf(all);
   const TrimmedMean whole = trimmedMean(values);
-  Jackknife figure{whole.mean, whole.kept, {}};
+  Jackknife figure{whole.mean, values.size(), whole.kept, {}};
   for (const BlockFit& fit : without) {
     const std::vector<double> left = valuesOf(fit);
     figure.without.emplace_back();

@@ -86,6 +86,9 @@ double visibleChange(const Estimate& estimate, double falseAlarms, const Compari
                      double widening) {
   constexpr double kFourOfFive = 0.4;  // two-sided, for a tail of a fifth
   const double freedom = estimate.variance.freedom;
+  if (!(freedom > 0)) {
+    return kPercent;
+  }
   const double reach = std::sqrt(estimate.variance.value) *
                        (criticalValue(falseAlarms, freedom) + criticalValue(kFourOfFive, freedom));
   const double edge = 1 - comparison.threshold / kPercent;
@@ -114,7 +117,12 @@ void findFailures(const Comparison& comparison, Changes& changes) {
     } else if (!hasRatio(cell)) {
       const CellRecord& ofBase = base.cells[cell];
       const CellRecord& ofNew = newer.cells[*same];
-      if (newDoesNotCome || (isFine(ofBase) && isBad(ofNew))) {
+      const bool wasDrawn = std::any_of(newer.visits.begin(), newer.visits.end(),
+                                        [&](const Visit& visit) { return visit.cell == *same; });
+      if (ofNew.isGivenUp() && !ofBase.isGivenUp() && wasDrawn) {
+        changes.newDies.push_back(*same);
+        changes.hopeless = false;
+      } else if (newDoesNotCome || (isFine(ofBase) && isBad(ofNew))) {
         changes.newFails.push_back(*same);
         changes.hopeless = false;
       } else if (isFine(ofNew) && isBad(ofBase)) {
@@ -171,7 +179,7 @@ std::vector<bool> decidedSoFar(const Comparison& comparison) {
 }
 
 BisectionStatus bisectionStatusOf(const Changes& changes) {
-  bool open = changes.cells.empty() || changes.overall.mayBeSlower;
+  bool open = changes.cells.empty() || changes.overall.mayBeSlower || !changes.newDies.empty();
   bool slower = !changes.newFails.empty() || changes.overall.verdict == Verdict::kSlower;
   for (const CellChange& cell : changes.cells) {
     slower = slower || cell.change.verdict == Verdict::kSlower;

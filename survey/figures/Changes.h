@@ -43,9 +43,13 @@ struct Changes {
   std::vector<std::size_t> onlyNew;    ///< the other way round
   std::vector<std::size_t> newFails;   ///< the new side's that have a figure on the base side alone
   std::vector<std::size_t> baseFails;  ///< the base side's that have a figure on the new one alone
+  /// The new side's that it gave up, and the base side did not, after it had drawn them: that may
+  /// be chance.
+  std::vector<std::size_t> newDies;
   std::vector<std::size_t> withoutFigures;  ///< the base side's that have none on either
   Change overall;                           ///< the geometric mean over the cells
-  std::vector<std::size_t> notInOverall;    ///< cells that it leaves out, as one block is too few
+  std::vector<std::size_t>
+      notInOverall;  ///< cells that it leaves out, too few blocks tell their scatter
   bool hopeless =
       false;           ///< no cell has, or could get, a ratio, and that is not the new side's fault
   double visible = 0;  ///< percent: a slowdown of one cell that would most probably be found

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <functional>
 #include <iterator>
+#include <limits>
 #include <numeric>
 
 #include "survey/figures/Blocks.h"
@@ -12,13 +13,12 @@
 namespace survey {
 namespace {
 
-/// Whether one side cannot do what the other one can, though it was not so from the beginning: what
-/// it did before that is no ratio.
-bool failsOnOneSide(const CellRecord& base, const CellRecord& newer) {
-  return (base.isGivenUp() && newer.faults.empty()) || (newer.isGivenUp() && base.faults.empty());
+/// Whether one side gave up what the other one did not: blocks from before that are no ratio.
+bool isGivenUpByOne(const CellRecord& base, const CellRecord& newer) {
+  return base.isGivenUp() != newer.isGivenUp();
 }
 
-/// Finds the mean over the cells that tell how far they scatter; over all where none does.
+/// Finds the mean over the cells that tell how far they scatter. Where none does, neither does it.
 template <typename MeanOf>
 void findOverall(Evidence& evidence, const MeanOf& meanOf) {
   std::vector<std::size_t> chosen;
@@ -29,13 +29,15 @@ void findOverall(Evidence& evidence, const MeanOf& meanOf) {
       evidence.notInOverall.push_back(evidence.cells[i].base);
     }
   }
-  if (chosen.empty()) {
-    evidence.notInOverall.clear();
-    chosen.resize(evidence.cells.size());
-    std::iota(chosen.begin(), chosen.end(), 0);
-  }
   if (!chosen.empty()) {
     evidence.overall = meanOf(chosen);
+  } else if (!evidence.cells.empty()) {
+    evidence.notInOverall.clear();
+    double mean = 0;
+    for (const Estimate& estimate : evidence.estimates) {
+      mean += estimate.mean / static_cast<double>(evidence.estimates.size());
+    }
+    evidence.overall = Estimate{mean, {std::numeric_limits<double>::infinity(), 0}};
   }
 }
 
@@ -45,7 +47,7 @@ Evidence evidenceInTurns(const Comparison& comparison) {
   std::vector<std::vector<double>> values;
   for (std::size_t cell = 0; cell < ratios.size(); ++cell) {
     if (ratios[cell].empty() ||
-        failsOnOneSide(comparison.base.record.cells[cell], comparison.newer.record.cells[cell])) {
+        isGivenUpByOne(comparison.base.record.cells[cell], comparison.newer.record.cells[cell])) {
       continue;
     }
     evidence.cells.push_back({cell, cell, ratios[cell].size()});
@@ -123,7 +125,7 @@ Evidence evidenceOfTwoSittings(const Comparison& comparison) {
   for (std::size_t cell = 0; cell < base.size(); ++cell) {
     const auto same = indexOf(comparison.base.record.cells[cell].cell, comparison.newer.record);
     if (same && !base[cell].empty() && !newer[*same].empty() &&
-        !failsOnOneSide(comparison.base.record.cells[cell], comparison.newer.record.cells[*same])) {
+        !isGivenUpByOne(comparison.base.record.cells[cell], comparison.newer.record.cells[*same])) {
       ofBase.push_back(rateOf(baseFits, cell));
       ofNew.push_back(rateOf(newFits, *same));
       evidence.cells.push_back({cell, *same, std::min(base[cell].size(), newer[*same].size())});

@@ -176,7 +176,10 @@ std::string remarkOn(const Record& record, std::size_t index, bool hasFigure) {
     remarks.push_back(cell.answer->sentence);
   }
   if (!cell.faults.empty()) {
-    remarks.push_back((hasFigure ? "cost a worker once: " : "") + cell.faults.back());
+    const char* const beginning = !hasFigure         ? ""
+                                  : cell.isGivenUp() ? "given up after it had cost two workers: "
+                                                     : "cost a worker once: ";
+    remarks.push_back(beginning + cell.faults.back());
   } else if (!hasFigure && (!cell.answer || cell.answer->hasFigure())) {
     remarks.emplace_back("the time did not suffice");
   }

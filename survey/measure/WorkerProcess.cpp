@@ -94,14 +94,19 @@ struct Child {
   }
 };
 
-/// The last line that says something, without control characters, and not too long.
-std::string lastSentence(std::string words) {
+std::string withoutControls(std::string words) {
   std::replace_if(
       words.begin(), words.end(),
       [](char character) {
         return static_cast<unsigned char>(character) < ' ' && character != '\n';
       },
       ' ');
+  return words;
+}
+
+/// The last line that says something, without control characters, and not too long.
+std::string lastSentence(const std::string& raw) {
+  const std::string words = withoutControls(raw);
   const std::size_t end = words.find_last_not_of(" \n");
   if (end == std::string::npos) {
     return "";
@@ -115,13 +120,13 @@ std::string withoutFullStop(std::string_view sentence) {
   return std::string(sentence.substr(0, sentence.size() - (sentence.ends_with('.') ? 1 : 0)));
 }
 
-/// What the dynamic linker complains of in that line; empty if nothing.
+/// What the dynamic linker complains of in that line; empty if nothing. A path in it may be long.
 std::string complaintIn(const std::string& line) {
   constexpr std::string_view kMark = "ERROR: ld.so: ";
   const std::size_t begin = line.find(kMark);
   return begin == std::string::npos
              ? ""
-             : withoutFullStop(lastSentence(line.substr(begin + kMark.size())));
+             : withoutFullStop(withoutControls(line.substr(begin + kMark.size())));
 }
 
 /// A worker's own last sentence, which says more than how it ended; empty for what is a driver's.

@@ -139,6 +139,10 @@ std::string verdictOf(const Comparison& comparison, const Changes& changes) {
             ? ""
             : fmt::format(" ({})", namesOf(comparison.newer.record, changes.newFails))));
   }
+  if (!changes.newDies.empty()) {
+    parts.push_back(fmt::format("undecided whether {} fails in {} that it drew at first",
+                                comparison.newer.name, cells(changes.newDies.size())));
+  }
   if (!changes.cells.empty()) {
     parts.push_back(verdictOnCells(comparison, changes));
   }
@@ -177,15 +181,18 @@ std::vector<std::string> caveatsOf(const Comparison& comparison, const Changes& 
   if (!changes.cells.empty()) {
     sentences.push_back(
         std::isfinite(changes.visibleOverall) && changes.visibleOverall < kPercent
-            ? fmt::format("Slower by {:.1f} % overall, or by {:.1f} % in one cell, would most "
-                          "probably have been found (the threshold is {:g} %).",
-                          changes.visibleOverall, changes.visible, comparison.threshold)
+            ? fmt::format(
+                  "Slower by {:.1f} % overall, or by {} in one cell, would most probably "
+                  "have been found (the threshold is {:g} %).",
+                  changes.visibleOverall,
+                  changes.visible < kPercent ? fmt::format("{:.1f} %", changes.visible) : "?",
+                  comparison.threshold)
             : "One block cannot tell how far blocks scatter, and so nothing could be found; give "
               "more time with --seconds.");
   }
   if (!changes.notInOverall.empty()) {
     sentences.push_back(
-        fmt::format("Not part of the overall change, as one block tells no scatter: {}.",
+        fmt::format("Not part of the overall change, as so few blocks tell no scatter: {}.",
                     namesOf(base, changes.notInOverall)));
   }
   if (std::string disturbance = disturbanceOf(comparison); !disturbance.empty()) {
@@ -211,6 +218,9 @@ std::vector<std::string> caveatsOf(const Comparison& comparison, const Changes& 
   name(base, changes.onlyBase, "Only in " + comparison.base.name);
   name(newer, changes.onlyNew, "Only in " + comparison.newer.name);
   name(newer, changes.newFails, "Fails in " + comparison.newer.name + " alone");
+  name(newer, changes.newDies,
+       "Drawn at first, but given up in " + comparison.newer.name +
+           " alone, which may be chance; repeat the comparison with these cells");
   name(base, changes.baseFails, "Fails in " + comparison.base.name + " alone");
   if (base.ending == Ending::kInterrupted) {
     sentences.push_back(

@@ -106,6 +106,11 @@ Grid gridOf(const Comparison& comparison, const Changes& changes) {
     rows.addWithout(newer.cells[cell].cell, "fails",
                     fmt::format("{}: {}", comparison.newer.name, remark), Tint::kBad);
   }
+  for (const std::size_t cell : changes.newDies) {
+    rows.addWithout(
+        newer.cells[cell].cell, "undecided",
+        fmt::format("{}: {}", comparison.newer.name, survey::remarkOn(newer, cell, false)));
+  }
   for (const std::size_t cell : changes.baseFails) {
     rows.addWithout(
         base.cells[cell].cell, "base fails",

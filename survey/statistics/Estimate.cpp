@@ -11,7 +11,7 @@ namespace survey {
 
 Estimate estimateOf(std::span<const double> values) {
   const TrimmedMean mean = trimmedMean(values);
-  return {mean.mean, {mean.variance(), mean.freedom()}, mean.kept};
+  return {mean.mean, {mean.variance(), mean.freedom()}, values.size()};
 }
 
 void shareVariances(std::span<Estimate> estimates) {
@@ -19,7 +19,7 @@ void shareVariances(std::span<Estimate> estimates) {
   for (const Estimate& estimate : estimates) {
     const auto& [value, freedom] = estimate.variance;
     if (freedom > 0) {
-      ofValues.push_back({value * static_cast<double>(estimate.kept), freedom});
+      ofValues.push_back({value * static_cast<double>(estimate.values), freedom});
     }
   }
   const Variance common = commonVariance(ofValues);
@@ -27,7 +27,7 @@ void shareVariances(std::span<Estimate> estimates) {
   for (Estimate& estimate : estimates) {
     if (estimate.variance.freedom > 0) {
       const Variance shared = moderated(*own++, common);
-      estimate.variance = {shared.value / static_cast<double>(estimate.kept), shared.freedom};
+      estimate.variance = {shared.value / static_cast<double>(estimate.values), shared.freedom};
     }
   }
 }

@@ -20,7 +20,7 @@ struct Interval {
 struct Estimate {
   double mean = 0;
   Variance variance{0, 0};  ///< of the mean
-  std::size_t kept = 1;     ///< values, or groups of them, that the mean is of
+  std::size_t values = 1;   ///< that the mean is of
 };
 
 /// The trimmed mean of the values, which must not be empty.

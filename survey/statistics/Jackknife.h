@@ -17,7 +17,8 @@ namespace survey {
 
 struct Jackknife {
   double whole = 0;
-  std::size_t kept = 1;  ///< values that count in it
+  std::size_t values = 1;  ///< that it is made of
+  std::size_t kept = 1;    ///< those of them that count
   /// Without each group; nothing for one that has no part in the figure, or is all of it.
   std::vector<std::optional<double>> without;
 };

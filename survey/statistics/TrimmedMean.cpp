@@ -1,25 +1,21 @@
 #include "survey/statistics/TrimmedMean.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <numeric>
-
-#include "survey/statistics/EffectiveSize.h"
 
 namespace survey {
 namespace {
 
 constexpr std::size_t kTrimmedPart = 5;  // a fifth at either end
 
-double varianceOf(const std::vector<double>& pulls, double kept) {
-  const double squares = std::inner_product(pulls.begin(), pulls.end(), pulls.begin(), 0.0);
-  return kept < 2 ? std::numeric_limits<double>::infinity() : squares * kept / (kept - 1);
-}
-
 }  // namespace
 
 double TrimmedMean::variance() const {
-  return varianceOf(pulls, static_cast<double>(kept));
+  const double squares = std::inner_product(pulls.begin(), pulls.end(), pulls.begin(), 0.0);
+  return kept < 2 ? std::numeric_limits<double>::infinity()
+                  : squares * static_cast<double>(kept) / freedom();
 }
 
 TrimmedMean trimmedMean(std::span<const double> values) {
@@ -45,34 +41,22 @@ TrimmedMean trimmedMean(std::span<const double> values) {
 }
 
 void JointMean::add(const TrimmedMean& mean, std::span<const std::size_t> places) {
-  const auto values = static_cast<double>(places.size());
+  const auto kept = static_cast<double>(mean.kept);
   count_ += 1;
   sum_ += mean.mean;
-  values_ += values;
-  keptValues_ += static_cast<double>(mean.kept);
+  freedom_.add(places.size(), mean.freedom());
   for (std::size_t i = 0; i < places.size(); ++i) {
-    const std::size_t size = std::max(pulls_.size(), places[i] + 1);
-    pulls_.resize(size, 0.0);
-    shares_.resize(size, 0.0);
-    pulls_[places[i]] += mean.pulls[i];
-    shares_[places[i]] += 1 / values;
+    pulls_.resize(std::max(pulls_.size(), places[i] + 1), 0.0);
+    pulls_[places[i]] += mean.pulls[i] * std::sqrt(kept / (kept - 1));
   }
-}
-
-double JointMean::kept() const {
-  return effectiveSize(shares_) * keptValues_ / values_;
 }
 
 double JointMean::mean() const {
   return sum_ / count_;
 }
 
-double JointMean::freedom() const {
-  return kept() - 1;
-}
-
 double JointMean::variance() const {
-  return varianceOf(pulls_, kept()) / (count_ * count_);
+  return std::inner_product(pulls_.begin(), pulls_.end(), pulls_.begin(), 0.0) / (count_ * count_);
 }
 
 }  // namespace survey

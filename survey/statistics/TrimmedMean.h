@@ -9,6 +9,8 @@
 #include <span>
 #include <vector>
 
+#include "survey/statistics/JointFreedom.h"
+
 namespace survey {
 
 struct TrimmedMean {
@@ -24,26 +26,22 @@ struct TrimmedMean {
 TrimmedMean trimmedMean(std::span<const double> values);
 
 /// The mean over several trimmed means whose values belong together, place by place, so that what
-/// moves all of them at one place counts as one move. Each should have two values at least: one
-/// alone does not tell how far it scatters, and its place would look steady.
+/// moves all of them at one place counts as one move. Each must have two values at least: one alone
+/// does not tell how far it scatters, and its place would look steady.
 class JointMean {
  public:
   /// `places` names where each value of the mean was taken.
   void add(const TrimmedMean& mean, std::span<const std::size_t> places);
 
   double mean() const;
-  double freedom() const;
+  double freedom() const { return freedom_.value(); }
   double variance() const;
 
  private:
-  double kept() const;  ///< values that count, as if each mean had some at the same places
-
   double count_ = 0;
   double sum_ = 0;
-  double values_ = 0;  ///< of all means
-  double keptValues_ = 0;
-  std::vector<double> pulls_;   ///< by place, of the sum
-  std::vector<double> shares_;  ///< by place, in the sum
+  JointFreedom freedom_;
+  std::vector<double> pulls_;  ///< by place, of the sum
 };
 
 }  // namespace survey

@@ -45,6 +45,15 @@ TEST(SurveyOnDriver, AWorkerThatDiesOrStopsInsideTheDriverCostsItsCell) {
   }
 }
 
+TEST(SurveyOnDriver, DrawsOnScreenOnlyWhenAskedTo) {
+  // Where a software renderer has to fill pixels as well.
+  expectOutput(
+      "rate() { $S run --methods drawArrays --details 8 --seconds 2 --precision 100 --csv cells $1 "
+      "> table 2>&1; awk -F, 'NR > 1 { print int($8) }' cells; }\n"
+      "echo $(($(rate) > 2 * $(rate --on-screen)))",
+      "1\n");
+}
+
 TEST(SurveyOnDriver, CellsThatSentLessAreRankedAmongTheirLikeAndSaySo) {
   expectOutput(
       "$S run --methods drawArrays,immediateMode,drawArraysWithStaticVBO --details 8 --with '-c "

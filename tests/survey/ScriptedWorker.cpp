@@ -1,11 +1,13 @@
 // A worker without a driver: its rates are made up, and it misbehaves where $SCRIPT says so, as
 // "CELL=DEED CELL=DEED": when that cell is set. $SPEED makes cells slower or faster in the same
 // way: "CELL=0.9", or "all=0.9". $WORKERS names a file to write process ids to.
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <random>
 #include <sstream>
 #include <stdexcept>
@@ -58,9 +60,12 @@ class ScriptedSubject : public Subject {
   Driver begin(const Begin& begin) override {
     std::ofstream(variable("WORKERS"), std::ios::app) << getpid() << '\n';
     noise.seed(static_cast<unsigned int>(begin.heapSeed));
-    if (deedFor("begin") == "chatter") {
+    deed = deedFor("begin");
+    std::ifstream workers(variable("WORKERS"));
+    const auto started = std::count(std::istreambuf_iterator<char>(workers), {}, '\n');
+    if (deed == "chatter") {
       std::cerr << std::string(10000, '.') << '\n';
-    } else if (!deedFor("begin").empty()) {
+    } else if (deed == "fail" || (deed == "later" && started > 2)) {
       throw std::runtime_error("found no device");
     }
     const std::string version = variable("VERSION");
@@ -71,7 +76,7 @@ class ScriptedSubject : public Subject {
 
   CellAnswer set(const Cell& cell) override {
     std::cout << "among the results" << std::endl;  // as the engine does
-    const std::string deed = deedFor(nameOf(cell));
+    deed = deedFor(nameOf(cell));
     disturbedEvery = deed == "busy" ? 1 : deed == "disturb" ? 2 : 0;
     rate = 1e6 * (100 + static_cast<double>(drawMethodNamed(cell.method)->method)) *
            speedOf(nameOf(cell));
@@ -108,6 +113,9 @@ class ScriptedSubject : public Subject {
   }
 
   Frame draw(std::chrono::microseconds leastTime) override {
+    if (deed == "drawing") {
+      std::abort();
+    }
     std::this_thread::sleep_for(100us);
     std::normal_distribution<> scatter(1, 0.001);
     const auto wall = std::chrono::nanoseconds(leastTime).count();
@@ -120,6 +128,7 @@ class ScriptedSubject : public Subject {
 
  private:
   int channel;
+  std::string deed;  ///< of the cell that is set
   double rate = 0;
   int disturbedEvery = 0;
   int frames = 0;

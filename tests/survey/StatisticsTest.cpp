@@ -27,23 +27,23 @@ TEST(Estimate, OfFewValuesIsStudents) {
 
 TEST(Jackknife, OfAMeanIsItsStandardError) {
   // 1 2 3 6, of which each is a group; the fifth group has no part.
-  const Jackknife figure{3, 4, {11.0 / 3, 10.0 / 3, 3, 2, std::nullopt}};
+  const Jackknife figure{3, 4, 4, {11.0 / 3, 10.0 / 3, 3, 2, std::nullopt}};
   const Estimate estimate = estimateOf(figure);
   EXPECT_EQ(estimate.mean, 3);
   EXPECT_NEAR(estimate.variance.value, 14.0 / 12, 1e-12);
   EXPECT_EQ(estimate.variance.freedom, 3);
   // Of a trimmed mean only the values that are not trimmed say how sure its error is.
-  const Estimate trimmed = estimateOf(Jackknife{3, 2, figure.without});
-  EXPECT_EQ(trimmed.kept, 2);
+  const Estimate trimmed = estimateOf(Jackknife{3, 4, 2, figure.without});
+  EXPECT_EQ(trimmed.values, 4);
   EXPECT_EQ(trimmed.variance.freedom, 1);
-  EXPECT_EQ(intervalOf(estimateOf(Jackknife{3, 2, {std::nullopt, 3}})).high, INFINITY);
+  EXPECT_EQ(intervalOf(estimateOf(Jackknife{3, 2, 2, {std::nullopt, 3}})).high, INFINITY);
   // What moves two figures together counts once; what moves them apart not at all.
-  const Jackknife opposed{3, 4, {7.0 / 3, 8.0 / 3, 3, 4, std::nullopt}};
+  const Jackknife opposed{3, 4, 4, {7.0 / 3, 8.0 / 3, 3, 4, std::nullopt}};
   EXPECT_NEAR(meanOf(std::vector{figure, figure}).variance.value, 14.0 / 12, 1e-12);
   EXPECT_NEAR(meanOf(std::vector{figure, opposed}).variance.value, 0, 1e-12);
-  // One with two groups alone does not make four as unsure as two.
-  const Estimate uneven = meanOf(std::vector{figure, Jackknife{1, 2, {0, 2, {}, {}, {}}}});
-  EXPECT_NEAR(uneven.variance.freedom, 4 / (2 * 0.75 * 0.75 + 2 * 0.25 * 0.25) - 1, 1e-12);
+  // One with two groups alone makes the mean unsure, as much of the scatter is its own.
+  const Estimate uneven = meanOf(std::vector{figure, Jackknife{1, 2, 2, {0, 2, {}, {}, {}}}});
+  EXPECT_NEAR(uneven.variance.freedom, (0.25 + 0.5) / (0.25 / 3 + 0.5 / 1), 1e-12);
 }
 
 TEST(Holm, StepsDownUntilOneIsNotSureEnough) {
