@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int kSide = 64;
+constexpr int kSide = 40;
 constexpr unsigned int kDetail = 32;  ///< the least at which a pass has only ten repetitions
 using Pixels = std::vector<unsigned char>;
 
@@ -104,7 +104,7 @@ TEST_F(Picture, IsTheSameFromAllMethods) {
       const Pixels reference = frame();
       const auto painted = std::count_if(reference.begin(), reference.end(),
                                          [](auto component) { return component < 255; });
-      EXPECT_GT(painted, primitive <= kQuads ? 2000 : 500);
+      EXPECT_GT(painted, kSide * kSide / (primitive <= kQuads ? 2 : 8));
       expectFromAll(reference, std::to_string(primitive), primitive == kQuads ? 1 : 0);
     }
   }
