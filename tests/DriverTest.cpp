@@ -75,13 +75,16 @@ TEST_F(DriverLimits, AreToldAsWhatCannotRunAndWhatRunsAsSomethingElse) {
   fakeDriver.integers[0x8520] = 128;
   detectDriver();
   expectSupport(kDrawArraysWithVertArrayObjects, As::kItself, "");
+  test->setDrawMethod(kDrawArraysWithVertArrayObjects);
+  const Calls enable = gl("EnableClientState", GL_VERTEX_ARRAY_RANGE_APPLE);
+  takeCalls();
+  EXPECT_TRUE(contains(drawFrame(), enable));
   test->setDetail(65);
   expectSupport(kDrawArraysWithVertArrayObjects, As::kSomethingElse, "rows' own copies");
   expectSupport(kDrawArraysWithVertArrayRng, As::kSomethingElse,
                 "at most 128 vertices here" + plain);
-  test->setDrawMethod(kDrawArraysWithVertArrayObjects);
   takeCalls();
-  EXPECT_FALSE(contains(drawFrame(), gl("EnableClientState", GL_VERTEX_ARRAY_RANGE_APPLE)));
+  EXPECT_FALSE(contains(drawFrame(), enable));
   test->setDrawMethod(kDrawArraysWithVertArrayRng);
   takeCalls();
   EXPECT_FALSE(contains(drawFrame(), "glFlushVertexArrayRange"));
