@@ -74,13 +74,17 @@ Json changesJson(const Comparison& comparison, const Changes& changes) {
   for (const CellChange& cell : changes.cells) {
     cells.push_back(changeJson(nameOf(comparison.base.record.cells[cell.base].cell), cell.change));
   }
-  Json fails = Json::array();
-  for (const std::size_t cell : changes.newFails) {
-    fails.push_back(nameOf(comparison.newer.record.cells[cell].cell));
-  }
+  const auto namesOf = [&](const std::vector<std::size_t>& indices) {
+    Json names = Json::array();
+    for (const std::size_t cell : indices) {
+      names.push_back(nameOf(comparison.newer.record.cells[cell].cell));
+    }
+    return names;
+  };
   return {{"overall", changeJson("overall", changes.overall)},
           {"cells", cells},
-          {"fails", fails},
+          {"fails", namesOf(changes.newFails)},
+          {"dies", namesOf(changes.newDies)},
           {"status", bisectionStatusOf(changes)}};
 }
 

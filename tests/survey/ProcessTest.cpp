@@ -77,7 +77,7 @@ TEST(SurveyProcess, EndsEarlyWithWhatIsKnown) {
       "done; sleep 1; kill -KILL $!; grep -c . $WORKERS",
       "1\n");
   expectOutput("SCRIPT=begin=fail $R; echo $?", ".*no worker came up: found no device\\.\n1\n");
-  expectOutput("SCRIPT=begin=later $R 2>&1 > table | grep Broken; echo $?",
+  expectOutput("SCRIPT=begin=later $R 2>&1 > table | grep Broken; echo ${PIPESTATUS[0]}",
                ".*Broken off .* no further worker came up: it found no device\\.\n0\n");
 }
 
