@@ -14,7 +14,7 @@
 
 #include "app/Application.h"
 #include "app/Reporting.h"
-#include "engine/Attributes.h"
+#include "engine/AttributeSetters.h"
 #include "engine/Support.h"
 #include "perf/Clock.h"
 #include "platform/process/Sentences.h"
@@ -200,9 +200,8 @@ bool applyArguments(int argc, char** argv) {
       setAttribute(*vpt, *attribute, true);
       continue;
     }
-    const auto* const option = std::find_if(kOptions.begin(), kOptions.end(),
-                                            [=](const Option& o) { return o.word == argument; });
-    if (option == kOptions.end()) {
+    const Option* const option = rowWith(kOptions, &Option::word, argument);
+    if (option == nullptr) {
       std::cout << "cmd line option '" << argument << "' not recognized.\n";
       scan.argumentError = true;
       continue;
@@ -219,7 +218,7 @@ bool applyArguments(int argc, char** argv) {
   }
   // Not before: the options after a method decide as well what it needs.
   const Support support = supportOf(*vpt, vpt->getDrawMethod());
-  if (support.as == Support::As::kNothing) {
+  if (support.as == RunsAs::kRefused) {
     endWith(support.sentence);
   }
   if (!scan.regressionReading.empty()) {

@@ -16,7 +16,8 @@ Report report;
 namespace {
 
 void printFigure(float figure) {
-  const char* const unit = countsQuads(vpt->getPrimitive()) ? " MQuad/sec" : " MTri/sec";
+  const char* const unit =
+      countsQuads(primitiveOf(vpt->getPrimitive())) ? " MQuad/sec" : " MTri/sec";
   std::cout << static_cast<double>(figure) << unit << '\n';
   flushOutput();
 }

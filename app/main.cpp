@@ -27,7 +27,7 @@ void requireFixedFunction() {
 
 /// A figure of something else must not pass for one of what was asked for.
 void warnOf(const Support& support) {
-  if (support.as == Support::As::kSomethingElse) {
+  if (support.as == RunsAs::kOther) {
     warn(support.sentence);
   }
 }

@@ -164,7 +164,7 @@ void SorvantaTest::measure(const DrawMethodTraits& method, int reps) {
   }
 
   const std::uint64_t primitivesPerModel =
-      countsQuads(primitiveMode) ? modelTriangleCount() / 2 : modelTriangleCount();
+      countsQuads(primitiveOf(primitiveMode)) ? modelTriangleCount() / 2 : modelTriangleCount();
   measurement = {primitivesPerModel * repetitions, elapsed};
   perfHistory->addSample(static_cast<float>(static_cast<double>(measurement.primitives) /
                                             static_cast<double>(elapsed)));

@@ -1,6 +1,7 @@
 /// The primitives as GL draws them.
 #pragma once
 
+#include <algorithm>
 #include <array>
 
 #include "model/Mesh.h"
@@ -13,9 +14,10 @@ inline constexpr std::array<GLenum, 10> kPrimitiveModes = {
     GL_POLYGON,        GL_LINE_STRIP,   GL_LINE_LOOP, GL_LINES,      GL_POINTS,
 };
 
-/// Whether figures of that mode count quads; those of all others count triangles.
-constexpr bool countsQuads(GLenum mode) {
-  return mode == GL_QUADS || mode == GL_QUAD_STRIP;
+/// The primitive of one of those modes.
+constexpr Primitive primitiveOf(GLenum mode) {
+  const auto* const found = std::find(kPrimitiveModes.begin(), kPrimitiveModes.end(), mode);
+  return static_cast<Primitive>(found - kPrimitiveModes.begin());
 }
 
 constexpr Topology topologyOf(GLenum mode) {

@@ -147,7 +147,7 @@ void SorvantaTest::updateDataStructures() {
   deleteDisplayList();
   driver().vertexArrayRange->releaseKeptStorage();
   const auto rebuild = traitsOf(drawMethod).rebuild;
-  if (rebuild != nullptr && supportOf(*this, drawMethod).as != Support::As::kNothing) {
+  if (rebuild != nullptr && supportOf(*this, drawMethod).as != RunsAs::kRefused) {
     (this->*rebuild)();
   }
   perfHistory->clearSamples();

@@ -20,12 +20,13 @@
 #include "engine/FrameObserver.h"
 #include "engine/Memory.h"
 #include "engine/Primitives.h"
-#include "engine/methods/DrawMethods.h"
+#include "engine/methods/MethodTable.h"
 #include "engine/methods/RetainedModel.h"
 #include "engine/methods/RowLayout.h"
 #include "model/Mesh.h"
 #include "perf/PerformanceHistory.h"
 #include "platform/gl/GL.h"
+#include "words/Detail.h"
 
 constexpr unsigned int kLightCount = 8;
 
@@ -94,8 +95,8 @@ class SorvantaTest {
   void setLeastMeasuredTime(std::uint64_t microseconds);
 
   unsigned int getDetail() const { return detail; }
-  static constexpr unsigned int minDetail() { return 1; }
-  static constexpr unsigned int maxDetail() { return 2048; }
+  static constexpr unsigned int minDetail() { return kLeastDetail; }
+  static constexpr unsigned int maxDetail() { return kMostDetail; }
   int getZoom() const { return zoom; }  ///< what the projection uses: 0, whatever was recorded
   static constexpr int minZoom() { return -110; }
   static constexpr int maxZoom() { return 50; }
@@ -115,7 +116,7 @@ class SorvantaTest {
   unsigned int maxVertexArraySize() const;
 
   /// Drops all retained structures, builds those of the draw method from the current mesh unless
-  /// supportOf it is kNothing, and clears the history.
+  /// supportOf it is kRefused, and clears the history.
   void updateDataStructures();
 
   // MeshArrays.cpp.

@@ -8,14 +8,13 @@
 Support supportOf(const SorvantaTest& test, DrawMethod method) {
   const DrawMethodTraits& traits = traitsOf(method);
   if (const char* const missing = traits.missing != nullptr ? traits.missing(driver()) : nullptr) {
-    return {Support::As::kNothing, std::string("this OpenGL driver has no ") + missing +
-                                       ", which the method " + rowOf(method)->word +
-                                       " draws with."};
+    return {RunsAs::kRefused, std::string("this OpenGL driver has no ") + missing +
+                                  ", which the method " + rowOf(method)->word + " draws with."};
   }
   const std::size_t bytes = traits.modelsInBuffer * test.modelSource().byteSize();
   if (bytes > kLargestBuffer) {
     return {
-        Support::As::kNothing,
+        RunsAs::kRefused,
         "the method " + std::string(rowOf(method)->word) + " would need a buffer of " +
             std::to_string(bytes) + " bytes for this model, and buffers above " +
             std::to_string(kLargestBuffer) +
@@ -23,13 +22,12 @@ Support supportOf(const SorvantaTest& test, DrawMethod method) {
   }
   const unsigned int most = test.maxVertexArraySize();
   if (traits.rangeVertices != nullptr && (test.*traits.rangeVertices)() > most) {
-    return {Support::As::kSomethingElse,
-            "a vertex array range covers at most " + std::to_string(most) +
-                " vertices here, too few for this model; it is drawn from " +
-                traits.drawnWithoutRange + '.'};
+    return {RunsAs::kOther, "a vertex array range covers at most " + std::to_string(most) +
+                                " vertices here, too few for this model; it is drawn from " +
+                                traits.drawnWithoutRange + '.'};
   }
   if (const char* const standIn = traits.standIn != nullptr ? traits.standIn(driver()) : nullptr) {
-    return {Support::As::kStandIn, standIn};
+    return {RunsAs::kStandIn, standIn};
   }
   return {};
 }
@@ -39,7 +37,7 @@ Support supportOfColors(const SorvantaTest& test) {
   if (!wanted || !traitsOf(test.getDrawMethod()).sendsArrays) {
     return {};
   }
-  return {Support::As::kSomethingElse,
+  return {RunsAs::kOther,
           std::string("beside normals the method ") + rowOf(test.getDrawMethod())->word +
               " sends no colours, as all array methods; immediateMode and displayLists send them, "
               "so their figures cannot be compared with this one's."};
@@ -50,7 +48,7 @@ Support supportOfMacros() {
   if (lookedUpWith == nullptr) {
     return {};
   }
-  return {Support::As::kSomethingElse,
+  return {RunsAs::kOther,
           std::string("this OpenGL driver does not expose its table of entry points; -m calls the "
                       "functions of ") +
               lookedUpWith + '.'};

@@ -4,22 +4,14 @@
 #include <string>
 
 #include "words/DrawMethods.h"
+#include "words/RunsAs.h"
 
 class SorvantaTest;
 
 struct Support {
-  enum class As {
-    kItself,
-    kStandIn,        ///< by what asks the same of the driver where it lacks an extension
-    kSomethingElse,  ///< it would run, but a figure of it would be that of something else
-    kNothing,        ///< it cannot run
-  };
-  As as = As::kItself;
+  RunsAs as = RunsAs::kItself;
   /// What is missing, and what runs in its place; for a stand-in its name; empty for kItself.
   std::string sentence;
-
-  /// Whether a figure of it is one of what was asked for.
-  bool hasFigure() const { return as == As::kItself || as == As::kStandIn; }
 };
 
 /// Of a draw method, for the test object's mesh as it is. Needs initGL to have run.

@@ -7,7 +7,7 @@ namespace {
 
 class DriverLimits : public EngineTest {
  protected:
-  void expectSupport(DrawMethod method, Support::As as, const std::string& part) {
+  void expectSupport(DrawMethod method, RunsAs as, const std::string& part) {
     const Support support = supportOf(*test, method);
     EXPECT_EQ(support.as, as) << method;
     EXPECT_EQ(support.sentence.empty(), part.empty()) << support.sentence;
@@ -46,43 +46,42 @@ TEST_F(DriverLimits, ChooseTheRangeProvider) {
 }
 
 TEST_F(DriverLimits, AreToldAsWhatCannotRunAndWhatRunsAsSomethingElse) {
-  using As = Support::As;
-  expectSupport(kDrawCompiledVertArray, As::kItself, "");
-  expectSupport(kDrawArraysWithVertArrayRng, As::kStandIn, "a buffer object filled at the flush");
-  expectSupport(kDrawArraysWithVertArrayObjects, As::kStandIn, "filled at the flush");
-  expectSupport(kDrawArraysWithStaticVBO, As::kStandIn, "GL_ARB_vertex_array_object");
+  expectSupport(kDrawCompiledVertArray, RunsAs::kItself, "");
+  expectSupport(kDrawArraysWithVertArrayRng, RunsAs::kStandIn,
+                "a buffer object filled at the flush");
+  expectSupport(kDrawArraysWithVertArrayObjects, RunsAs::kStandIn, "filled at the flush");
+  expectSupport(kDrawArraysWithStaticVBO, RunsAs::kStandIn, "GL_ARB_vertex_array_object");
   const std::string plain = ", too few for this model; it is drawn from plain client arrays.";
   setUpOn("");
-  expectSupport(kDrawArraysWithStaticVBO, As::kNothing, "vertex buffer objects");
-  expectSupport(kDrawArraysWithVertArrayObjects, As::kNothing, "vertex array objects");
-  expectSupport(kDrawArraysWithVertArrayRng, As::kSomethingElse, "at most 0 vertices here" + plain);
-  expectSupport(kDrawCompiledVertArray, As::kNothing,
+  expectSupport(kDrawArraysWithStaticVBO, RunsAs::kRefused, "vertex buffer objects");
+  expectSupport(kDrawArraysWithVertArrayObjects, RunsAs::kRefused, "vertex array objects");
+  expectSupport(kDrawArraysWithVertArrayRng, RunsAs::kOther, "at most 0 vertices here" + plain);
+  expectSupport(kDrawCompiledVertArray, RunsAs::kRefused,
                 "this OpenGL driver has no compiled vertex arrays, which the method "
                 "compiledVertArray draws with.");
   test->setNormals(true);
-  EXPECT_EQ(supportOfColors(*test).as, As::kItself);
+  EXPECT_EQ(supportOfColors(*test).as, RunsAs::kItself);
   test->setSecColor(true);
-  EXPECT_EQ(supportOfColors(*test).as, As::kItself);  // of immediate mode
+  EXPECT_EQ(supportOfColors(*test).as, RunsAs::kItself);  // of immediate mode
   test->setDrawMethod(kDrawArrayElement);
   EXPECT_TRUE(
       contains(supportOfColors(*test).sentence, "the method arrayElement sends no colours"));
   setUpOn("GL_ARB_vertex_array_object");
-  expectSupport(kDrawArraysWithVertArrayObjects, As::kNothing, "vertex array ranges");
-  expectSupport(kDrawArraysWithDynVertBufferObjectsVAO, As::kNothing, "vertex buffer objects");
+  expectSupport(kDrawArraysWithVertArrayObjects, RunsAs::kRefused, "vertex array ranges");
+  expectSupport(kDrawArraysWithDynVertBufferObjectsVAO, RunsAs::kRefused, "vertex buffer objects");
   setUpOn("GL_ARB_vertex_buffer_object");
-  expectSupport(kDrawArraysWithDynVertBufferObjectsVAO, As::kNothing, "vertex array objects");
+  expectSupport(kDrawArraysWithDynVertBufferObjectsVAO, RunsAs::kRefused, "vertex array objects");
   setUpOn(kNative);
   fakeDriver.integers[0x8520] = 128;
   detectDriver();
-  expectSupport(kDrawArraysWithVertArrayObjects, As::kItself, "");
+  expectSupport(kDrawArraysWithVertArrayObjects, RunsAs::kItself, "");
   test->setDrawMethod(kDrawArraysWithVertArrayObjects);
   const Calls enable = gl("EnableClientState", GL_VERTEX_ARRAY_RANGE_APPLE);
   takeCalls();
   EXPECT_TRUE(contains(drawFrame(), enable));
   test->setDetail(65);
-  expectSupport(kDrawArraysWithVertArrayObjects, As::kSomethingElse, "rows' own copies");
-  expectSupport(kDrawArraysWithVertArrayRng, As::kSomethingElse,
-                "at most 128 vertices here" + plain);
+  expectSupport(kDrawArraysWithVertArrayObjects, RunsAs::kOther, "rows' own copies");
+  expectSupport(kDrawArraysWithVertArrayRng, RunsAs::kOther, "at most 128 vertices here" + plain);
   takeCalls();
   EXPECT_FALSE(contains(drawFrame(), enable));
   test->setDrawMethod(kDrawArraysWithVertArrayRng);

@@ -57,8 +57,9 @@ TEST(HeadlessDevice, ATroubleIsToldAndHidesNoOther) {
   EXPECT_EQ(devices[5].name, "unnamed device");  // not tried, as a card was there
   std::for_each(devices.begin(), devices.end(), tryDevice);
   const std::regex expected(
-      "  0: Crashing Card: the device's driver died \\(.+\\); .+ It said: cannot map memory\n"
-      "  1: unnamed device: the device's driver ended the process with status 3; .+\n"
+      "  0: Crashing Card: the device's driver died of SIGABRT \\(.+\\); .+ It said: cannot map "
+      "memory\n"
+      "  1: unnamed device: the device's driver ended with status 3; .+\n"
       "  2: unnamed device: the device's driver does not start \\(EGL_NOT_INITIALIZED\\); .+\n"
       "  3: unnamed device: .+ no desktop OpenGL .+\n"
       "  4: unnamed device: .+ no desktop OpenGL .+\n"

@@ -19,7 +19,7 @@ int main() {
   bool good = true;
   std::cout << context.name() << '\n';
   for (const DrawMethodWord& row : kDrawMethodWords) {
-    if (supportOf(test, row.method).hasFigure()) {
+    if (hasFigure(supportOf(test, row.method).as)) {
       test.setDrawMethod(row.method);
       test.draw();
       const FrameMeasurement frame = test.lastFrame();

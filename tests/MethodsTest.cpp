@@ -200,7 +200,7 @@ TEST_F(Methods, KeepOnlyWhatTheyNeed) {
     setUpOn(extensions);
     test->setDetail(32);
     for (const DrawMethodTraits& method : kDrawMethods) {
-      if (supportOf(*test, method.method).as == Support::As::kNothing) {
+      if (supportOf(*test, method.method).as == RunsAs::kRefused) {
         continue;
       }
       for (int i = 0; i < 2; ++i) {

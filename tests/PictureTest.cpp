@@ -142,7 +142,7 @@ TEST_F(Picture, IsNotDisturbedByOtherMethodsPathsOrProviders) {
     EXPECT_FALSE(frame() == reference);
     std::copy(saved.begin(), saved.end(), colors);
     EXPECT_TRUE(frame() == reference);
-    if (supportOf(test, kDrawArraysWithVertArrayObjects).as != Support::As::kNothing) {
+    if (supportOf(test, kDrawArraysWithVertArrayObjects).as != RunsAs::kRefused) {
       expectFromAll(reference, std::to_string(static_cast<int>(provider)));
     }
   }

@@ -21,7 +21,7 @@ class RetainedModels : public EngineTest {
 
   void expectRefused(DrawMethod method, const std::string& part) {
     const Support support = supportOf(*test, method);
-    EXPECT_EQ(support.as, Support::As::kNothing) << method;
+    EXPECT_EQ(support.as, RunsAs::kRefused) << method;
     EXPECT_NE(support.sentence.find(part), std::string::npos) << support.sentence;
   }
 };
@@ -181,7 +181,7 @@ TEST_F(RetainedModels, DriversThatLackSomethingAreRefused) {
   expectRefused(kMultiDrawArrays, "no drawing of many strips at once");
   fakeDriver.version = "1.4";
   detectDriver();
-  EXPECT_EQ(supportOf(*test, kMultiDrawArrays).as, Support::As::kItself);
+  EXPECT_EQ(supportOf(*test, kMultiDrawArrays).as, RunsAs::kItself);
 }
 
 TEST_F(RetainedModels, BuffersAbove2GiBAreRefusedWhicheverSettingAsksForThem) {
@@ -197,10 +197,10 @@ TEST_F(RetainedModels, BuffersAbove2GiBAreRefusedWhicheverSettingAsksForThem) {
   expectRefused(kStreamPersistent,
                 "the method streamPersistent would need a buffer of 2150368200 bytes");
   EXPECT_EXIT(test->draw(), testing::ExitedWithCode(1), "use a smaller detail");
-  EXPECT_EQ(supportOf(*test, kStreamMapRange).as, Support::As::kItself);
+  EXPECT_EQ(supportOf(*test, kStreamMapRange).as, RunsAs::kItself);
   test->setTexturing(0, false);
   EXPECT_EQ(countOf(takeCalls(), "glMapBufferRange 34962 0 1978338744"), 1);
-  EXPECT_EQ(supportOf(*test, kStreamPersistent).as, Support::As::kItself);
+  EXPECT_EQ(supportOf(*test, kStreamPersistent).as, RunsAs::kItself);
 }
 
 TEST_F(RetainedModels, MemoryThatTheDriverRefusesEndsTheProgram) {

@@ -80,7 +80,7 @@ TEST_F(Settings, TakeEffectInAnyOrderAndClearTheHistory) {
     };
     std::string extensions = kNative;
     setUpOn(extensions);
-    if (on(10) || supportOf(*test, method).as == Support::As::kNothing) {
+    if (on(10) || supportOf(*test, method).as == RunsAs::kRefused) {
       extensions = FakeDriver().extensions;
       setUpOn(extensions);
     }

@@ -2,9 +2,10 @@
 /// program that would submit geometry the same way.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <string_view>
+
+#include "words/Rows.h"
 
 /// The values are fixed; none is 8 or 11 to 15.
 enum DrawMethod {
@@ -64,14 +65,10 @@ constexpr bool amongTheTen(DrawMethod method) {
 
 /// The row of a method; null for a value that is none.
 constexpr const DrawMethodWord* rowOf(DrawMethod method) {
-  const auto* const row = std::find_if(kDrawMethodWords.begin(), kDrawMethodWords.end(),
-                                       [=](const DrawMethodWord& r) { return r.method == method; });
-  return row != kDrawMethodWords.end() ? row : nullptr;
+  return rowWith(kDrawMethodWords, &DrawMethodWord::method, method);
 }
 
 /// The row of the method with that word; null where there is none.
 constexpr const DrawMethodWord* drawMethodNamed(std::string_view word) {
-  const auto* const row = std::find_if(kDrawMethodWords.begin(), kDrawMethodWords.end(),
-                                       [=](const DrawMethodWord& r) { return r.word == word; });
-  return row != kDrawMethodWords.end() ? row : nullptr;
+  return rowWith(kDrawMethodWords, &DrawMethodWord::word, word);
 }

@@ -1,9 +1,10 @@
 /// The primitives in which the mesh can be drawn, and their words on the command line.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <string_view>
+
+#include "words/Rows.h"
 
 enum Primitive {
   kTriStrip = 0,
@@ -36,7 +37,16 @@ inline constexpr std::array<PrimitiveWord, 7> kPrimitiveWords = {{
 
 /// The row of the primitive with that word; null where there is none.
 constexpr const PrimitiveWord* primitiveNamed(std::string_view word) {
-  const auto* const row = std::find_if(kPrimitiveWords.begin(), kPrimitiveWords.end(),
-                                       [=](const PrimitiveWord& r) { return r.word == word; });
-  return row != kPrimitiveWords.end() ? row : nullptr;
+  return rowWith(kPrimitiveWords, &PrimitiveWord::word, word);
+}
+
+/// Whether figures of that primitive count quads; those of all others count triangles.
+constexpr bool countsQuads(Primitive primitive) {
+  return primitive == kQuads || primitive == kQuadStrip;
+}
+
+/// The same of the primitive with that word.
+constexpr bool countsQuads(std::string_view word) {
+  const PrimitiveWord* const row = primitiveNamed(word);
+  return row != nullptr && countsQuads(row->primitive);
 }

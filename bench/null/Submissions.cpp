@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/Attributes.h"
+#include "engine/AttributeSetters.h"
 #include "engine/methods/ImmediateModeFamily.h"
 #include "platform/gl/ContextTable.h"
 #include "platform/gl/Driver.h"

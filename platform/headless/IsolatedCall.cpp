@@ -9,7 +9,6 @@
 #include <exception>
 #include <optional>
 #include <string_view>
-#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -20,6 +19,8 @@
 #include <unistd.h>
 
 #include "platform/headless/Trouble.h"
+#include "platform/process/Descriptor.h"
+#include "platform/process/WaitStatus.h"
 
 namespace {
 
@@ -28,24 +29,6 @@ using Clock = std::chrono::steady_clock;
 /// The first byte of what a child sends.
 constexpr char kAnswer = 'a';
 constexpr char kTrouble = 't';
-
-class File {
- public:
-  explicit File(int descriptor) : descriptor_(descriptor) {}
-  ~File() { shut(); }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-
-  int descriptor() const { return descriptor_; }
-  void shut() {
-    if (descriptor_ >= 0) {
-      close(std::exchange(descriptor_, -1));
-    }
-  }
-
- private:
-  int descriptor_;
-};
 
 /// The child's part. Nothing of the parent's may happen in it: no output, no handlers at exit, no
 /// core file, no life after the parent's.
@@ -98,20 +81,15 @@ std::optional<std::string> readAll(int from, Clock::time_point deadline) {
   }
 }
 
-/// How the child ended, in words; empty where it ended as it should.
-std::string endingOf(pid_t child) {
+/// The status of a child that has ended.
+int statusOf(pid_t child) {
   int status = 0;
   while (waitpid(child, &status, 0) < 0) {
     if (errno != EINTR) {
-      return "";  // its status goes to someone else, what it sent has to do
+      return EXIT_SUCCESS;  // it goes to someone else, what the child sent has to do
     }
   }
-  if (WIFSIGNALED(status)) {
-    return std::string("died (") + strsignal(WTERMSIG(status)) + ')';
-  }
-  return WEXITSTATUS(status) != 0
-             ? "ended the process with status " + std::to_string(WEXITSTATUS(status))
-             : "";
+  return status;
 }
 
 std::string lastLineSaid(int file) {
@@ -131,37 +109,33 @@ std::string callIsolated(const std::function<std::string()>& work, const Suspect
                          std::chrono::milliseconds patience) {
   int ends[2] = {-1, -1};
   const int failed = pipe2(ends, O_CLOEXEC);
-  const File from(ends[0]);
-  File to(ends[1]);
-  const File said(memfd_create("said", MFD_CLOEXEC));
+  const Descriptor from(ends[0]);
+  Descriptor to(ends[1]);
+  const Descriptor said(memfd_create("said", MFD_CLOEXEC));
   const pid_t child = failed == 0 ? fork() : -1;
   if (child < 0) {
     throw HeadlessTrouble("a process in which to try the graphics driver cannot be started (" +
                           std::string(std::strerror(errno)) + "); end other programs.");
   }
   if (child == 0) {
-    answer(work, to.descriptor(), said.descriptor());
+    answer(work, to.get(), said.get());
   }
-  to.shut();  // else its end would never be read
+  to.close();  // else its end would never be read
 
-  const std::optional<std::string> message = readAll(from.descriptor(), Clock::now() + patience);
-  std::string ending;
-  if (message) {
-    ending = endingOf(child);
-  } else {
+  const std::optional<std::string> message = readAll(from.get(), Clock::now() + patience);
+  if (!message) {
     // Not waited for: a process that hangs in the kernel cannot even be killed.
     kill(child, SIGKILL);
-    ending = "does not answer";
   }
-  if (ending.empty() && message->starts_with(kAnswer)) {
+  const int status = message ? statusOf(child) : EXIT_FAILURE;
+  if (status == EXIT_SUCCESS && message->starts_with(kAnswer)) {
     return message->substr(1);
   }
-  if (ending.empty() && !message->starts_with(kTrouble)) {
-    ending = "ended the process";
-  }
-  std::string sentence =
-      ending.empty() ? message->substr(1) : suspect.who + ' ' + ending + "; " + suspect.cure + '.';
-  if (const std::string line = lastLineSaid(said.descriptor()); !line.empty()) {
+  const std::string ending = message ? howItEnded(status) : "does not answer";
+  std::string sentence = status == EXIT_SUCCESS && message->starts_with(kTrouble)
+                             ? message->substr(1)
+                             : suspect.who + ' ' + ending + "; " + suspect.cure + '.';
+  if (const std::string line = lastLineSaid(said.get()); !line.empty()) {
     sentence += " It said: " + line;
   }
   throw HeadlessTrouble(sentence);

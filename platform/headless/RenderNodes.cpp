@@ -6,7 +6,8 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <sys/stat.h>
-#include <unistd.h>
+
+#include "platform/process/Descriptor.h"
 
 namespace {
 
@@ -36,9 +37,8 @@ std::vector<std::filesystem::path> renderNodes(const std::filesystem::path& dire
 }
 
 std::string whyForbidden(const std::filesystem::path& node) {
-  const int file = open(node.c_str(), O_RDWR | O_CLOEXEC);
-  if (file >= 0) {
-    close(file);
+  const Descriptor file(open(node.c_str(), O_RDWR | O_CLOEXEC));
+  if (file.get() >= 0) {
     return "";
   }
   switch (errno) {

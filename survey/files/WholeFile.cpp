@@ -10,6 +10,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/process/Descriptor.h"
+
 namespace survey {
 namespace {
 
@@ -26,18 +28,6 @@ void writeAll(int descriptor, std::string_view content, const std::string& path)
     content.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
   }
 }
-
-class Descriptor {
- public:
-  explicit Descriptor(int opened) : number(opened) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() { close(number); }
-  int get() const { return number; }
-
- private:
-  int number;
-};
 
 void writeBeside(const std::string& path, std::string_view content) {
   std::string beside = path + ".XXXXXX";

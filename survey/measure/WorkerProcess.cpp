@@ -18,6 +18,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/process/WaitStatus.h"
+
 namespace survey {
 namespace {
 
@@ -254,16 +256,7 @@ void WorkerProcess::keepComplaints(std::string_view words) {
 /// For one that has closed its channel.
 std::string WorkerProcess::howItEnded() {
   const auto status = reap();
-  if (!status) {
-    return "closed its channel";
-  }
-  if (!WIFSIGNALED(*status)) {
-    return fmt::format("ended with status {}", WEXITSTATUS(*status));
-  }
-  const int number = WTERMSIG(*status);
-  const char* const name = sigabbrev_np(number);
-  return name == nullptr ? fmt::format("died of signal {}", number)
-                         : fmt::format("died of SIG{} ({})", name, sigdescr_np(number));
+  return status ? ::howItEnded(*status) : "closed its channel";
 }
 
 std::optional<int> WorkerProcess::reap() {

@@ -9,13 +9,12 @@
 
 #include "survey/plan/Words.h"
 #include "words/Attributes.h"
+#include "words/Detail.h"
 #include "words/DrawMethods.h"
 #include "words/Primitives.h"
 
 namespace survey {
 namespace {
-
-constexpr unsigned int kMostDetail = 2048;
 
 template <typename Rows>
 std::vector<std::string_view> wordsOf(const Rows& rows) {
@@ -78,9 +77,9 @@ std::vector<unsigned int> detailsOf(const std::string& list) {
     unsigned int detail = 0;
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, detail);
-    if (error != std::errc() || rest != end || detail < 1 || detail > kMostDetail) {
-      throw Unusable(
-          fmt::format("'{}' is no detail; give whole numbers from 1 to {}", text, kMostDetail));
+    if (error != std::errc() || rest != end || detail < kLeastDetail || detail > kMostDetail) {
+      throw Unusable(fmt::format("'{}' is no detail; give whole numbers from {} to {}", text,
+                                 kLeastDetail, kMostDetail));
     }
     if (std::find(details.begin(), details.end(), detail) == details.end()) {
       details.push_back(detail);
@@ -122,7 +121,7 @@ std::string nameOf(const Cell& cell) {
 }
 
 bool countsQuads(const Cell& cell) {
-  return cell.primitive == "quads" || cell.primitive == "quadStrip";
+  return ::countsQuads(cell.primitive);
 }
 
 std::vector<Cell> cellsOf(const CellLists& lists) {

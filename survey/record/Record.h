@@ -8,20 +8,13 @@
 #include <vector>
 
 #include "survey/plan/Cells.h"
+#include "words/RunsAs.h"
 
 namespace survey {
 
-/// How a driver carries a cell.
-enum class Support {
-  kItself,   ///< as the method's name says
-  kStandIn,  ///< through what stands in for an extension that the driver lacks
-  kOther,    ///< only as something else, which has no figure under this name
-  kRefused,  ///< not at all
-};
-
 /// What a worker says of a cell when it has set it.
 struct CellAnswer {
-  Support support = Support::kItself;
+  RunsAs support = RunsAs::kItself;
   std::string sentence;  ///< what it runs as, or why not; empty where there is nothing to say
   std::string sent;      ///< the words of the attributes that really take effect
   double verticesPerCall = 0;
@@ -29,7 +22,7 @@ struct CellAnswer {
   std::uint64_t primitivesPerModel = 0;  ///< triangles, or quads where countsQuads
   bool inCoreProfile = false;
 
-  bool hasFigure() const { return support == Support::kItself || support == Support::kStandIn; }
+  bool hasFigure() const { return ::hasFigure(support); }
 };
 
 /// One measured frame. Times in nanoseconds.

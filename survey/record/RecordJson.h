@@ -6,12 +6,12 @@
 
 #include "survey/record/Record.h"
 
-namespace survey {
+NLOHMANN_JSON_SERIALIZE_ENUM(RunsAs, {{RunsAs::kItself, "itself"},
+                                      {RunsAs::kStandIn, "stand-in"},
+                                      {RunsAs::kOther, "other"},
+                                      {RunsAs::kRefused, "refused"}})
 
-NLOHMANN_JSON_SERIALIZE_ENUM(Support, {{Support::kItself, "itself"},
-                                       {Support::kStandIn, "stand-in"},
-                                       {Support::kOther, "other"},
-                                       {Support::kRefused, "refused"}})
+namespace survey {
 
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Cell, method, primitive, detail, with)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(CellAnswer, support, sentence, sent, verticesPerCall,

@@ -16,15 +16,15 @@ constexpr double kMillion = 1e6;
 const std::vector<bool> kOnTheRight = {false, false, true, true,  true,  true,
                                        true,  true,  true, false, false, false};
 
-std::string_view inWords(Support support) {
+std::string_view inWords(RunsAs support) {
   switch (support) {
-    case Support::kItself:
+    case RunsAs::kItself:
       return "itself";
-    case Support::kStandIn:
+    case RunsAs::kStandIn:
       return "stand-in";
-    case Support::kOther:
+    case RunsAs::kOther:
       return "other";
-    case Support::kRefused:
+    case RunsAs::kRefused:
       return "refused";
   }
   return "";

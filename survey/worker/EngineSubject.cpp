@@ -9,7 +9,7 @@
 #include <fmt/format.h>
 #include <sched.h>
 
-#include "engine/Attributes.h"
+#include "engine/AttributeSetters.h"
 #include "engine/Support.h"
 #include "platform/gl/FixedFunction.h"
 #include "platform/gl/RendererLine.h"
@@ -100,20 +100,6 @@ std::string wordsSent(const std::string& words, const SorvantaTest& test,
   return sent;
 }
 
-Support supportIn(const ::Support& support) {
-  switch (support.as) {
-    case ::Support::As::kItself:
-      return Support::kItself;
-    case ::Support::As::kStandIn:
-      return Support::kStandIn;
-    case ::Support::As::kSomethingElse:
-      return Support::kOther;
-    case ::Support::As::kNothing:
-      break;
-  }
-  return Support::kRefused;
-}
-
 void requireNoTrouble(std::string_view when) {
   if (const std::string trouble = contextTrouble(); !trouble.empty()) {
     throw std::runtime_error(fmt::format("{} {}", trouble, when));
@@ -182,14 +168,14 @@ CellAnswer EngineSubject::set(const Cell& cell) {
   }
   test->setDetail(cell.detail);
 
-  ::Support support = supportOf(*test, row.method);
+  Support support = supportOf(*test, row.method);
   if (contains(wanted, Attribute::kMacros) && traits.hasMacroPath) {
-    if (::Support macros = supportOfMacros(); support.hasFigure() && !macros.hasFigure()) {
+    if (Support macros = supportOfMacros(); hasFigure(support.as) && !hasFigure(macros.as)) {
       support = std::move(macros);
     }
   }
   CellAnswer answer;
-  answer.support = supportIn(support);
+  answer.support = support.as;
   answer.sentence = support.sentence;
   answer.sent = wordsSent(cell.with, *test, traits);
   answer.inCoreProfile = row.inCoreProfile;

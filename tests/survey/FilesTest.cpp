@@ -25,7 +25,7 @@ Record exampleRecord() {
                   {{"arrayElement", "quads", 4, "-n"}, std::nullopt, {"died of SIGSEGV"}}};
   record.cells[0].answer->primitivesPerModel = 16;
   record.cells[0].answer->callsPerModel = 4;
-  record.cells[1].answer->support = Support::kRefused;
+  record.cells[1].answer->support = RunsAs::kRefused;
   record.cells[1].answer->sentence = "no \"lists\" here";
   record.visits = {
       {0,

@@ -80,7 +80,7 @@ class ScriptedSubject : public Subject {
     disturbedEvery = deed == "busy" ? 1 : deed == "disturb" ? 2 : 0;
     rate = 1e6 * (100 + static_cast<double>(drawMethodNamed(cell.method)->method)) *
            speedOf(nameOf(cell));
-    CellAnswer answer{Support::kItself,
+    CellAnswer answer{RunsAs::kItself,
                       "",
                       cell.with,
                       cell.detail * 2.0 + 2,
@@ -88,7 +88,7 @@ class ScriptedSubject : public Subject {
                       std::uint64_t{2} * cell.detail * cell.detail,
                       true};
     if (deed == "refuse") {
-      answer.support = Support::kRefused;
+      answer.support = RunsAs::kRefused;
       answer.sentence = "there are no lists here";
     } else if (deed == "garbage") {
       send(channel, "{", 1, 0);

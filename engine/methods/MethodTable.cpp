@@ -1,4 +1,4 @@
-#include "engine/methods/DrawMethods.h"
+#include "engine/methods/MethodTable.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -166,9 +166,8 @@ static_assert(std::equal(kDrawMethods.begin(), kDrawMethods.end(), kDrawMethodWo
                          }));
 
 const DrawMethodTraits& traitsOf(DrawMethod method) {
-  const auto* const row = std::find_if(kDrawMethods.begin(), kDrawMethods.end(),
-                                       [=](const auto& m) { return m.method == method; });
-  if (row == kDrawMethods.end()) {
+  const DrawMethodTraits* const row = rowWith(kDrawMethods, &DrawMethodTraits::method, method);
+  if (row == nullptr) {
     std::abort();
   }
   return *row;

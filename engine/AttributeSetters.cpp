@@ -1,4 +1,4 @@
-#include "engine/Attributes.h"
+#include "engine/AttributeSetters.h"
 
 #include <algorithm>
 #include <variant>
