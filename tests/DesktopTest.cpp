@@ -18,13 +18,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Answers the next window of that title with xdotool commands after about two seconds; again and
-/// again until it is gone: a key may come before the window can take it.
-void answer(const std::string& title, const std::string& keys) {
-  const std::string script = "sleep 2; until w=$(xdotool search --onlyvisible --name '^" + title +
-                             "$' | grep .); do sleep 0.1; done; while xdotool windowfocus --sync "
-                             "$w " +
-                             keys + "; do sleep 1; done";
+/// Answers the next window of that title with xdotool commands, again and again until it is gone: a
+/// key may come before the window can take it. It is shown for some seconds first.
+void answer(const std::string& title, const std::string& keys, const std::string& seconds = "0") {
+  const std::string script = "until w=$(xdotool search --onlyvisible --name '^" + title +
+                             "$' | grep .); do sleep 0.1; done; sleep " + seconds +
+                             "; while xdotool windowfocus --sync $w " + keys + "; do sleep 1; done";
   const std::string display = DisplayString(glXGetCurrentDisplay());
   std::thread([=] { shell("export DISPLAY=" + display + "; " + script); }).detach();
 }
@@ -42,23 +41,27 @@ TEST(Desktop, PromptsAreAnsweredAndLeaveTheProcessAlone) {
   setenv("XDG_DATA_HOME", folder.c_str(), 1);  // the chooser keeps a list of recent files
   needGlWindow();
   EXPECT_EQ(std::system("openbox > /dev/null 2>&1 &"), 0);
+  shell("until xprop -root _NET_SUPPORTING_WM_CHECK | grep 'window id'; do sleep 0.1; done");
   setenv("DISPLAY", ":nowhere", 1);  // the prompts come where GLUT's window is
   XSetIOErrorHandler(ownIoErrorHandler);
   XSetErrorHandler([](Display*, XErrorEvent*) { return ++errorsOfGlut; });
 
   const auto readMessage = [](gpointer message) -> gboolean {
-    g_object_get(gtk_grab_get_current(), "text", message, nullptr);
-    return FALSE;
+    GtkWidget* const prompt = gtk_grab_get_current();
+    if (prompt != nullptr) {
+      g_object_get(prompt, "text", message, nullptr);
+    }
+    return prompt == nullptr ? TRUE : FALSE;
   };
   g_autofree char* message = nullptr;
-  g_timeout_add(1000, readMessage, &message);
-  answer("Alert", "key Return");
+  g_timeout_add(20, readMessage, &message);
+  answer("Alert", "key Return", "1");
   gtkServices().runAlert("Alert", "Please locate resource = x.jpg", "OK");
   EXPECT_STREQ(message, "Please locate resource = x.jpg");
   answer("Open", "key Escape");
   EXPECT_FALSE(gtkServices().runOpenPanel());
   const std::clock_t before = std::clock();
-  answer("Alert", "key Return");
+  answer("Alert", "key Return", "2");
   gtkServices().runAlert("Alert", "", "OK");
   EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC) << "waiting takes processor time";
   const std::string path = folder / "a.png";

@@ -43,11 +43,11 @@ bool showsThePicture(Display* display, Window window) {
 TEST(Window, ShowsThePictureInTheMiddleAlsoAfterAResize) {
   needXServer();
   FILE* const program =
-      popen("exec timeout 100 " SORVANTA_BINARY " -r 600 -t0 -d 32 -w 250 -h 350 2>&1", "re");
+      popen("exec timeout 600 " SORVANTA_BINARY " -r 600 -t0 -d 32 -w 250 -h 350 2>&1", "re");
   Display* const display = XOpenDisplay(nullptr);
   XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
   const Window window =
-      std::stoul(shell("timeout 30 xdotool search --sync --onlyvisible --name SorvantaTest"));
+      std::stoul(shell("timeout 100 xdotool search --sync --onlyvisible --name SorvantaTest"));
   EXPECT_TRUE(poll([&] { return showsThePicture(display, window); }));
   XResizeWindow(display, window, 300, 200);
   EXPECT_TRUE(poll([&] { return showsThePicture(display, window); }));

@@ -9,10 +9,10 @@
 
 #include <unistd.h>
 
-/// Asks `done` every 20 ms for half a minute; whether it became true.
+/// Asks `done` every 20 ms for a minute and a half; whether it became true.
 template <typename Done>
 bool poll(Done done) {
-  for (int left = 1500; !done(); --left) {
+  for (int left = 4500; !done(); --left) {
     if (left == 0) {
       return false;
     }

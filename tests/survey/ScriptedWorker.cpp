@@ -1,6 +1,7 @@
 // A worker without a driver: its rates are made up, and it misbehaves where $SCRIPT says so, as
 // "CELL=DEED CELL=DEED": when that cell is set. $SPEED makes cells slower or faster in the same
-// way: "CELL=0.9", or "all=0.9". $WORKERS names a file to write process ids to.
+// way: "CELL=0.9", or "all=0.9". $WORKERS names a file to write process ids to, $TURNS one to write
+// $SIDE to whenever a frame is asked for.
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -94,6 +95,8 @@ class ScriptedSubject : public Subject {
       send(channel, "{", 1, 0);
     } else if (deed == "silence") {
       std::this_thread::sleep_for(1h);
+    } else if (deed == "slow") {
+      std::this_thread::sleep_for(4s);
     } else if (deed == "interrupt") {
       kill(getppid(), SIGINT);
     } else if (deed == "fail") {
@@ -116,6 +119,7 @@ class ScriptedSubject : public Subject {
     if (deed == "drawing") {
       std::abort();
     }
+    std::ofstream(variable("TURNS"), std::ios::app) << variable("SIDE") << '\n';
     std::this_thread::sleep_for(100us);
     std::normal_distribution<> scatter(1, 0.001);
     const auto wall = std::chrono::nanoseconds(leastTime).count();

@@ -1,5 +1,6 @@
 """Ends with a sentence unless the page named first is valid HTML, holds the words that follow, and
-needs nothing beside itself; prints how many charts it has."""
+needs nothing beside itself; prints how many charts it has, and for each chart with a key the series
+and how many points of each are drawn."""
 import collections
 import re
 import sys
@@ -22,3 +23,13 @@ for word in sys.argv[2:]:
     assert word in words, word
 
 print(sum(str(element.tag).endswith("svg") for element in page.iter()), "charts")
+for chart in (element for element in page.iter() if str(element.tag).endswith("svg")):
+    series = []
+    for plot in chart.iter():
+        name = "".join(plot.itertext()).strip()
+        if "_plot_" in (plot.get("id") or "") and name:
+            # One of the points is the key's.
+            points = sum(str(element.tag).endswith("use") for element in plot.iter()) - 1
+            series.append(f"{name} {points}")
+    if series:
+        print(", ".join(series))

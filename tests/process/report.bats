@@ -1,0 +1,46 @@
+#!/usr/bin/env bats
+# Pages, by the whole program with scripted workers.
+load common
+
+report() {
+  "$scripted" report "$@"
+}
+
+# The page is valid, holds the words that follow and needs nothing beside itself; $output is what
+# its charts show.
+check() {
+  run -0 /usr/bin/python3 "$root/tests/survey/check-page.py" "$@"
+}
+
+@test "A report is one valid page that holds every cell" {
+  export VERSION='<b>&"'
+  "$scripted" run "${cells[@]}" --seconds 1 --json a.json
+  SCRIPT=displayLists/triStrip/8=refuse "$scripted" run "${cells[@]}" --seconds 1 --json b.json
+  report a.json --html a.html
+  check a.html 'Fastest for' '<b>&"' 'Detail 8, triStrip' 'Detail 64, triStrip' drawArrays displayLists \
+    'Rates over detail'
+  matches "3 charts\n$anything"  # rates of two details and their lines
+  report a.json b.json --html ab.html
+  check ab.html 'Side by side' a b 'no lists here'
+  matches "4 charts\n$anything"  # the same side by side, with lines for each
+  "$scripted" versus "${cells[@]}" --base '' \
+    --new 'SPEED="displayLists/triStrip/8=0.85 drawArrays/triStrip/64=1.08"' --json c.json || [ $? = 1 ]
+  report c.json --html c.html
+  check c.html 'slower in 1 of 4' 'geometric mean' 'SAME DRIVER'
+  matches '3 charts\nslower 1, same 1\nfaster 1, same 1\n.*'  # ratios of two details and of all
+  report a.json b.json c.json --html abc.html
+  check abc.html
+  matches "7 charts\n$anything"
+}
+
+@test "A report says what it lacks" {
+  "$scripted" run "${cells[@]}" --seconds 1 --json a.json
+  echo old >page
+  PATH=/nonexistent run -1 report a.json --html page
+  matches '.*install the package gnuplot-nox'
+  [ "$(<page)" = old ]
+  run -255 report b.json --html page
+  matches '.*b.json cannot be read.*'
+  run -1 report a.json --html /nonexistent/p
+  matches '.*/nonexistent/p cannot be written.*'
+}

@@ -1,0 +1,173 @@
+#!/usr/bin/env bats
+# The survey's whole program, with workers that misbehave on command.
+load common
+
+survey() {
+  "$scripted" run "${cells[@]}" "$@"
+}
+
+@test "It prints the answer and the table, and nothing else" {
+  run -0 survey --precision 5
+  matches 'Fastest for triStrip, vertices alone: at detail 8 drawArrays \(102 MTri/s at 18 vertices a call; 1\.01 times displayLists\), at detail 64 drawArrays \(102 .*\)\.
+On scripted .* renderer, 1\.0[;,].*
+
+Detail 8, triStrip, vertices alone
+ *method +MTri/s .*
+> +drawArrays +102 +0\.. % +1\.000 +18 +157 +50 % +itself +yes
+ +displayLists +101 +0\.. % +0\.99. +0\.. % .*
+
+Detail 64(?s:.*)'
+}
+
+@test "A fault costs its cell with the reason" {
+  while read -r deed reason; do
+    SCRIPT=displayLists/triStrip/8=$deed run -0 --separate-stderr survey --patience 3
+    [ "$(grep -c failed <<<"$stderr")" = 1 ]
+    matches "$anything> +drawArrays +102$anything displayLists +- .*\[1\]\n${anything}displayLists +101$anything\n\[1\] $reason"
+  done <<'FAULTS'
+SIGKILL died of SIGKILL \(Killed\)
+SIGSTOP did not answer within 3 s
+silence did not answer within 3 s
+abort died of SIGABRT \(Aborted\), after "driver: assertion failed"
+garbage sent what is no answer
+memory there is not enough memory
+fail lost its context
+FAULTS
+}
+
+@test "A larger model gets more time for an answer" {
+  SCRIPT=drawArrays/triStrip/2048=slow run -0 --separate-stderr \
+    "$scripted" run --methods drawArrays --details 2048 --unoptimised --patience 2 --seconds 1
+  matches "$anything> +drawArrays +102 .*"
+}
+
+@test "A cell gets a second chance but no third" {
+  SCRIPT=displayLists/triStrip/8=once run -0 --separate-stderr survey
+  matches "$anything +displayLists +101 .*\[1\]\n$anything\n\[1\] cost a worker once: died of SIGKILL .*"
+  rm "$WORKERS"
+  SCRIPT=displayLists/triStrip/8=SIGKILL run -0 --separate-stderr survey
+  [ "$(grep -c 101 <<<"$output")" = 1 ]
+  [ "$(wc -l <"$WORKERS")" -le 8 ]  # six blocks, and two workers that it cost
+}
+
+@test "A cell that is not carried is a row that says so" {
+  SCRIPT=displayLists/triStrip/8=refuse run -0 --separate-stderr survey \
+    --seconds 1 --csv table --markdown md
+  grep 'does not carry 1 cell' <<<"$stderr"
+  grep -Ex '"displayLists/triStrip/8",displayLists,triStrip,8,"","",MTri/s,{13},"there are no lists here"' \
+    table
+  grep -Ex '\|  \| displayLists \| - \|.* refused \|.*\[1\] \|' md
+}
+
+@test "Disturbed frames are repeated and counted" {
+  SCRIPT=drawArrays/triStrip/8=disturb run -0 --separate-stderr survey --precision 5
+  grep -E ' [1-9][0-9]* of [1-9][0-9]* frames were disturbed by other work\.$' <<<"$stderr"
+  [ "$(grep -cE '^> +drawArrays +102 ' <<<"$output")" = 2 ]
+  SCRIPT='drawArrays/triStrip/8=busy drawArrays/triStrip/64=busy' run -0 --separate-stderr survey \
+    --seconds 1
+  grep 'The machine is too busy for sure figures' <<<"$stderr"
+}
+
+@test "It ends early with what is known" {
+  SCRIPT=displayLists/triStrip/64=interrupt run -130 --separate-stderr survey --json known --quiet
+  [ "$(grep -c Detail <<<"$output")" = 2 ]
+  grep 'Interrupted by a signal' <<<"$stderr"
+  grep sorvanta known
+  SCRIPT=begin=fail run -1 survey
+  matches '.*no worker came up: found no device\.'
+  rm "$WORKERS"
+  SCRIPT=begin=later run -0 --separate-stderr survey
+  grep 'Broken off .* no further worker came up: it found no device\.$' <<<"$stderr"
+}
+
+@test "A controller that is killed takes its worker along" {
+  SCRIPT=drawArrays/triStrip/64=silence "$scripted" run "${cells[@]}" >out 2>&1 3>&- &
+  wait_until test -s "$WORKERS"
+  sleep 1
+  kill -KILL $!
+  wait || true
+  [ "$(wc -l <"$WORKERS")" = 1 ]
+}
+
+@test "Files are written whole or not at all" {
+  for file in '--json /nowhere/a.json' '--csv .'; do
+    # shellcheck disable=SC2086
+    run -1 survey --markdown table $file
+    matches '.* (/nowhere/a.json cannot be written: No such file or directory|\. cannot be written: Is a directory)\.'
+    [ -z "$(ls)" ]
+  done
+  echo before >a.json
+  run -1 --separate-stderr eval "(trap '' XFSZ; ulimit -f 1; survey --json a.json >/dev/null)"
+  grep ' a.json cannot be written: File too large\.$' <<<"$stderr"
+  [ "$(echo *a.json*)" = a.json ]
+  [ "$(<a.json)" = before ]
+  run -1 eval "survey --seconds 1 2>&1 >/dev/full"
+  grep 'standard output cannot be written to\.$' <<<"$output"
+}
+
+@test "What is said where standard error is closed goes into no file" {
+  run -0 eval "SCRIPT=displayLists/triStrip/8=abort survey --seconds 1 --json a.json 2>&-"
+  python3 -m json.tool a.json >/dev/null
+  grep 'died of SIGABRT' <<<"$output"
+}
+
+@test "Tools for Google Benchmark read the files" {
+  for file in a b; do
+    SCRIPT=displayLists/triStrip/8=refuse survey --precision 20 --json "$file"
+  done
+  run -0 /usr/bin/python3 /usr/share/benchmark/compare.py --no-color benchmarks a b
+  output=$(grep -o -e '^[^ ]*_median  *.0.00' -e '^[^ ]*MEAN  *.0.00' <<<"$output")
+  matches 'drawArrays/triStrip/8_median +.0.00\n(.*/triStrip/64_median +.0.00\n){2}OVERALL_GEOMEAN +.0.00'
+}
+
+@test "The culprit on a command line is named, with the nearest word" {
+  while IFS='|' read -r arguments sentence; do
+    run -255 eval "$scripted $arguments"
+    matches "survey_of_scripted_workers: $sentence"
+  done <<'CULPRITS'
+run --methods drawArray|'drawArray' is no method; did you mean 'drawArrays'\?
+run --primitives TriStrip|'TriStrip' .* 'triStrip'\?
+run --with '-n -l9'|'-l9' is no attribute; did you mean '-l0'\?
+run --details 8,4096|'4096' is no detail.*
+run --metods all|'--metods' is no option; did you mean '--methods'\?
+run 5|'5' has no meaning here
+rum|'rum' is no command; did you mean 'run'\?
+run --seconds soon|.*--seconds.*
+|.*
+CULPRITS
+  run -0 "$scripted" --version
+  matches 'sorvanta-survey [0-9.]+( \(.*\))?'
+  run -0 "$scripted" run --help
+  options=$(grep -c -e ' --[a-z]' <<<"$output")
+  [ "$options" -ge 15 ]
+  [ "$options" -lt 20 ]
+}
+
+@test "Sets of attributes keep to their groups" {
+  run -0 --separate-stderr survey --with '' --with '-l0 -n' --precision 5
+  output=$(grep -E '^(Det|>)' <<<"$output")
+  matches '(Detail (8|64), triStrip, (vertices alone|with -n -l0)\n> .*\n){4}'
+}
+
+# What Bash offers after these words, sorted.
+completed() {
+  COMP_WORDS=(sorvanta-survey "$@" '')
+  COMP_CWORD=$(($# + 1))
+  _sorvanta_survey
+  printf '%s\n' "${COMPREPLY[@]}"
+}
+
+@test "Documents name every option and method" {
+  commands=(run versus compare report)
+  for command in "${commands[@]}"; do
+    "$scripted" "$command" --help
+  done | grep -o -e '--[a-z-]*' | grep -v help | sort -u >options
+  sed -n '/^.SH OPTIONS/,/^.SH TABLE/s/\\-/-/gp' "$root/packaging/sorvanta-survey.1" |
+    grep -o -e '--[a-z-]*' | sort -u | diff options -
+  # shellcheck disable=SC1091
+  source "$root/packaging/sorvanta-survey.bash"
+  for command in "${commands[@]}"; do
+    completed "$command"
+  done | grep -v help | sort -u | diff options -
+  (echo all; echo ten; methods) | sort | diff <(completed run --methods | sort) -
+}
