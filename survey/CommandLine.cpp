@@ -5,13 +5,13 @@
 #include <cstdlib>
 #include <iterator>
 #include <random>
+#include <set>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include "survey/measure/Program.h"
-#include "survey/plan/Environment.h"
-#include "survey/plan/Words.h"
+#include "survey/Program.h"
+#include "survey/data/Words.h"
 
 namespace survey {
 namespace {
@@ -22,10 +22,11 @@ constexpr double kLeast = 0.001;
 constexpr double kMostPrecision = 100;
 constexpr double kMostThreshold = 90;
 
-void addFiles(CLI::App& app, std::string& json, std::string& markdown) {
-  app.add_option("--json", json, "write everything, in Google Benchmark's schema")
+void addOutputs(CLI::App& app, Outputs& outputs) {
+  app.add_option("--json", outputs.json, "write everything, in Google Benchmark's schema")
       ->type_name("FILE");
-  app.add_option("--markdown", markdown, "write the table for a merge request")->type_name("FILE");
+  app.add_option("--markdown", outputs.markdown, "write the table for a merge request")
+      ->type_name("FILE");
 }
 
 /// Without the range in the help text: it says no more than the sentence on a value out of it.
@@ -46,7 +47,7 @@ void addThreshold(CLI::App& app, double& threshold) {
 }
 
 void addSittingOptions(CLI::App& app, CellLists& lists, SittingCommand& command) {
-  Settings& settings = command.settings;
+  Settings& settings = command.plan.settings;
   app.add_option("--methods", lists.methods,
                  "Sorvanta's words, separated by commas, or ten, or all")
       ->type_name("LIST")
@@ -84,15 +85,15 @@ void addSittingOptions(CLI::App& app, CellLists& lists, SittingCommand& command)
       ->type_name("S")
       ->check(upTo(kMostSeconds))
       ->capture_default_str();
-  addFiles(app, command.json, command.markdown);
+  addOutputs(app, command.outputs);
   app.add_flag("--quiet", command.quiet, "no progress bar");
   app.add_flag(
       "--unoptimised", command.unoptimised,
       "go on with a build without optimisation, whose figures are those of a slow program");
 }
 
-void addRunOptions(CLI::App& app, RunCommand& run) {
-  app.add_option("--precision", run.settings.precision,
+void addRunOptions(CLI::App& app, SittingCommand& run) {
+  app.add_option("--precision", run.plan.settings.precision,
                  "stop when all ratios are known to so many percent")
       ->type_name("PERCENT")
       ->check(upTo(kMostPrecision))
@@ -100,24 +101,33 @@ void addRunOptions(CLI::App& app, RunCommand& run) {
   app.add_option("--csv", run.csv, "write a row a cell")->type_name("FILE");
 }
 
-/// The words of the sides' environments, which are understood when all is parsed.
-struct Environments {
+/// The sides as they are given, which are understood when all is parsed.
+struct Sides {
   std::string base;
-  std::string newer;
+  std::vector<std::string> newer;
+  std::string baseName = "base";
+  std::vector<std::string> newNames;
 };
 
-void addVersusOptions(CLI::App& app, VersusCommand& versus, Environments& environments) {
-  const auto addSide = [&](const char* option, std::string& words, const char* help) {
-    app.add_option(option, words, help)->type_name("'VAR=value ...'")->required();
+void addVersusOptions(CLI::App& app, SittingCommand& versus, Sides& sides) {
+  constexpr const char* kVariables = "'VAR=value ...'";
+  app.add_option("--base", sides.base, "environment of one side; '' for the one that is there")
+      ->type_name(kVariables)
+      ->required();
+  const auto addNew = [&](const char* option, std::vector<std::string>& values, const char* help) {
+    return app.add_option(option, values, help)
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   };
-  addSide("--base", environments.base, "environment of one side; '' for the one that is there");
-  addSide("--new", environments.newer, "environment of the side that is judged");
-  app.add_option("--base-name", versus.baseName, "what it is called")
+  addNew("--new", sides.newer, "environment of a side that is judged; repeat it for more sides")
+      ->type_name(kVariables)
+      ->required();
+  app.add_option("--base-name", sides.baseName, "what it is called")
       ->type_name("NAME")
       ->capture_default_str();
-  app.add_option("--new-name", versus.newName, "what it is called")
-      ->type_name("NAME")
-      ->capture_default_str();
+  addNew("--new-name", sides.newNames, "what it is called, in the order of --new [new]")
+      ->type_name("NAME");
   addThreshold(app, versus.threshold);
 }
 
@@ -129,7 +139,7 @@ void addCompareOptions(CLI::App& app, CompareCommand& compare) {
       ->type_name("")
       ->required();
   addThreshold(app, compare.threshold);
-  addFiles(app, compare.json, compare.markdown);
+  addOutputs(app, compare.outputs);
 }
 
 void addReportOptions(CLI::App& app, ReportCommand& report) {
@@ -145,11 +155,40 @@ void settle(SittingCommand& command, CellLists lists, const CLI::App& app,
   if (lists.with.empty()) {
     lists.with = {""};
   }
-  command.cells = cellsOf(lists);
-  command.settings.commandLine = commandLine;
+  command.plan.cells = cellsOf(lists);
+  command.plan.settings.commandLine = commandLine;
   if (app.get_option("--seed")->empty()) {
-    command.settings.seed = std::random_device{}();
+    command.plan.settings.seed = std::random_device{}();
   }
+}
+
+/// "new" for one, "new1", "new2" and so on for several.
+std::vector<std::string> defaultNames(std::size_t count) {
+  std::vector<std::string> names;
+  for (std::size_t i = 1; i <= count; ++i) {
+    names.push_back(count == 1 ? "new" : fmt::format("new{}", i));
+  }
+  return names;
+}
+
+std::vector<Side> sidesOf(const Sides& given) {
+  std::vector<Side> sides{{given.baseName, assignmentsIn(given.base, "--base")}};
+  const std::size_t count = given.newer.size();
+  const std::vector<std::string> names =
+      given.newNames.empty() ? defaultNames(count) : given.newNames;
+  if (names.size() != count) {
+    throw Unusable("--new-name must be given as often as --new, or not at all");
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    sides.push_back({names[i], assignmentsIn(given.newer[i], "--new")});
+  }
+  std::set<std::string> different{""};
+  for (const Side& side : sides) {
+    if (!different.insert(side.name).second) {
+      throw Unusable("--base-name and --new-name must be names that differ");
+    }
+  }
+  return sides;
 }
 
 /// All that may stand where that word was not understood: options for an option.
@@ -215,19 +254,21 @@ Command parseCommandLine(int argc, const char* const* argv) {
   const CLI::App& devicesApp = *app.add_subcommand("devices", "list the devices to draw on");
   CLI::App& runApp = *app.add_subcommand("run", "take a survey and print its table");
   CLI::App& versusApp =
-      *app.add_subcommand("versus", "let two environments take turns: is one slower?");
+      *app.add_subcommand("versus", "let environments take turns: is one slower?");
   CLI::App& compareApp = *app.add_subcommand("compare", "hold two files against each other");
   CLI::App& reportApp = *app.add_subcommand("report", "make a page to look at of files");
 
   CellLists lists;
   lists.with.clear();
-  RunCommand run;
+  SittingCommand run;
   addSittingOptions(runApp, lists, run);
   addRunOptions(runApp, run);
-  VersusCommand versus;
-  Environments environments;
+  SittingCommand versus;
+  versus.threshold = kDefaultThreshold;
+  versus.plan.settings.frame = kFrameInTurns;
+  Sides sides;
   addSittingOptions(versusApp, lists, versus);
-  addVersusOptions(versusApp, versus, environments);
+  addVersusOptions(versusApp, versus, sides);
   CompareCommand compare;
   addCompareOptions(compareApp, compare);
   ReportCommand report;
@@ -256,14 +297,11 @@ Command parseCommandLine(int argc, const char* const* argv) {
   const std::string commandLine = joined(argc, argv);
   if (versusApp.parsed()) {
     settle(versus, lists, versusApp, commandLine);
-    if (versus.baseName.empty() || versus.newName.empty() || versus.baseName == versus.newName) {
-      throw Unusable("--base-name and --new-name must be two names that differ");
-    }
-    versus.base = assignmentsIn(environments.base, "--base");
-    versus.newer = assignmentsIn(environments.newer, "--new");
+    versus.plan.sides = sidesOf(sides);
     return versus;
   }
   settle(run, lists, runApp, commandLine);
+  run.plan.sides = {{"", {}}};
   return run;
 }
 

@@ -5,8 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "survey/plan/Cells.h"
-#include "survey/record/Comparison.h"
+#include "survey/data/Record.h"
 
 namespace survey {
 
@@ -15,29 +14,20 @@ constexpr double kDefaultThreshold = 5;
 /// short.
 constexpr double kFrameInTurns = 5;
 
-/// What takes a sitting.
-struct SittingCommand {
-  std::vector<Cell> cells;
-  Settings settings;
-  std::string json;  ///< files to write; empty: none
-  std::string csv;
+/// Files to write; none for an empty path.
+struct Outputs {
+  std::string json;
   std::string markdown;
-  bool quiet = false;        ///< no progress
-  bool unoptimised = false;  ///< go on although the build is slow
 };
 
-/// `run`: take a survey.
-struct RunCommand : SittingCommand {};
-
-/// `versus`: let two environments take turns.
-struct VersusCommand : SittingCommand {
-  VersusCommand() { settings.frame = kFrameInTurns; }
-
-  std::vector<std::string> base;  ///< NAME=value, of the workers of either side
-  std::vector<std::string> newer;
-  std::string baseName = "base";
-  std::string newName = "new";
-  double threshold = kDefaultThreshold;  ///< percent
+/// `run` and `versus`: take a sitting, of one side or of several.
+struct SittingCommand {
+  Record plan;           ///< its settings, cells, and the names and environments of its sides
+  double threshold = 0;  ///< percent; of several sides
+  Outputs outputs;
+  std::string csv;
+  bool quiet = false;        ///< no progress
+  bool unoptimised = false;  ///< go on although the build is slow
 };
 
 /// `compare`: hold two files against each other.
@@ -45,8 +35,7 @@ struct CompareCommand {
   std::string base;  ///< a path
   std::string newer;
   double threshold = kDefaultThreshold;
-  std::string json;
-  std::string markdown;
+  Outputs outputs;
 };
 
 /// `report`: make a page of files.
@@ -63,8 +52,8 @@ struct Finished {
   std::string text;
 };
 
-using Command = std::variant<RunCommand, VersusCommand, CompareCommand, ReportCommand,
-                             DevicesCommand, Finished>;
+using Command =
+    std::variant<SittingCommand, CompareCommand, ReportCommand, DevicesCommand, Finished>;
 
 /// Throws Unusable, with a sentence that names the culprit and the nearest word.
 Command parseCommandLine(int argc, const char* const* argv);

@@ -7,17 +7,17 @@
 #include "platform/process/Sentences.h"
 #include "platform/process/StandardStreams.h"
 #include "survey/CommandLine.h"
-#include "survey/Report.h"
-#include "survey/Run.h"
-#include "survey/Versus.h"
-#include "survey/plan/Words.h"
+#include "survey/Commands.h"
+#include "survey/InputOutput.h"
+#include "survey/data/Words.h"
+#include "survey/judge/Changes.h"
 #include "survey/worker/Worker.h"
 
 namespace {
 
 using namespace survey;
 
-/// How the program starts itself; its one argument is the channel's descriptor.
+/// How the program starts itself; its one argument is the socket's descriptor.
 constexpr std::string_view kWorkerWord = "worker";
 
 int listDevices() {
@@ -25,36 +25,35 @@ int listDevices() {
   return EXIT_SUCCESS;
 }
 
-/// Whatever keeps one from a verdict must not look like one.
-template <typename Comparing>
-int compared(const Comparing& comparing) {
-  try {
-    return comparing();
-  } catch (const std::exception& error) {
-    warn(error.what());
-    return kUnusable;
-  }
+/// Whether it makes a verdict: whatever keeps it from one must not look like one.
+bool makesVerdict(const Command& command) {
+  const auto* const sitting = std::get_if<SittingCommand>(&command);
+  return std::holds_alternative<CompareCommand>(command) ||
+         (sitting != nullptr && sitting->plan.sides.size() > 1);
 }
 
 int follow(const Command& command) {
-  if (const auto* const finished = std::get_if<Finished>(&command)) {
-    fmt::print("{}", finished->text);
-    return EXIT_SUCCESS;
+  struct Follow {
+    int operator()(const Finished& finished) const {
+      fmt::print("{}", finished.text);
+      return EXIT_SUCCESS;
+    }
+    int operator()(const DevicesCommand& /*devices*/) const { return listDevices(); }
+    int operator()(const CompareCommand& files) const { return compare(files); }
+    int operator()(const ReportCommand& page) const { return report(page); }
+    int operator()(const SittingCommand& sitting) const {
+      return takeSitting(sitting, {"/proc/self/exe", std::string(kWorkerWord)});
+    }
+  };
+  try {
+    return std::visit(Follow(), command);
+  } catch (const std::exception& error) {
+    if (!makesVerdict(command)) {
+      throw;
+    }
+    warn(error.what());
+    return kUnusable;
   }
-  if (std::holds_alternative<DevicesCommand>(command)) {
-    return listDevices();
-  }
-  const Launch launch{{"/proc/self/exe", std::string(kWorkerWord)}, {}};
-  if (const auto* const sides = std::get_if<VersusCommand>(&command)) {
-    return compared([&] { return versus(*sides, launch); });
-  }
-  if (const auto* const files = std::get_if<CompareCommand>(&command)) {
-    return compared([&] { return compare(*files); });
-  }
-  if (const auto* const page = std::get_if<ReportCommand>(&command)) {
-    return report(*page);
-  }
-  return run(std::get<RunCommand>(command), launch);
 }
 
 }  // namespace
@@ -63,10 +62,13 @@ int main(int argc, char** argv) {
   occupyClosedStreams();
   try {
     if (argc == 3 && argv[1] == kWorkerWord) {
-      return work(Channel(std::atoi(argv[2])));
+      return work(Descriptor(std::atoi(argv[2])));
     }
     return follow(parseCommandLine(argc, argv));
   } catch (const Unusable& reason) {
+    warn(reason.what());
+    return kUnusable;
+  } catch (const CannotRead& reason) {
     warn(reason.what());
     return kUnusable;
   } catch (const std::exception& error) {

@@ -16,7 +16,7 @@
 #include <unistd.h>
 
 #include "survey/statistics/Estimate.h"
-#include "survey/statistics/Quantiles.h"
+#include "survey/statistics/Averages.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "survey/statistics/Quantiles.h"
+#include "survey/statistics/Averages.h"
 
 namespace {
 

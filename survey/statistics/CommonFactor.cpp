@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "survey/statistics/Quantiles.h"
+#include "survey/statistics/Averages.h"
 
 namespace survey {
 namespace {

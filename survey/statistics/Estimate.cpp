@@ -4,7 +4,7 @@
 #include <limits>
 #include <vector>
 
-#include "survey/statistics/StudentsT.h"
+#include "survey/statistics/Significance.h"
 #include "survey/statistics/TrimmedMean.h"
 
 namespace survey {

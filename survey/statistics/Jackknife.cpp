@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "survey/statistics/JointFreedom.h"
+#include "survey/statistics/TrimmedMean.h"
 
 namespace survey {
 

@@ -9,8 +9,6 @@
 #include <span>
 #include <vector>
 
-#include "survey/statistics/JointFreedom.h"
-
 namespace survey {
 
 struct TrimmedMean {
@@ -24,6 +22,24 @@ struct TrimmedMean {
 
 /// `values` must not be empty.
 TrimmedMean trimmedMean(std::span<const double> values);
+
+/// Degrees of freedom of the variance of a mean over figures that are known unlike well: the
+/// harmonic mean of theirs, each with the weight of what it adds to the variance: Satterthwaite's
+/// (1946) for figures that move together, and less than it for independent ones.
+class JointFreedom {
+ public:
+  /// A figure that is the mean of so many values of a like scatter.
+  void add(std::size_t values, double freedom) {
+    const double variance = 1 / static_cast<double>(values);
+    variances_ += variance;
+    parts_ += variance / freedom;
+  }
+  double value() const { return variances_ / parts_; }
+
+ private:
+  double variances_ = 0;
+  double parts_ = 0;
+};
 
 /// The mean over several trimmed means whose values belong together, place by place, so that what
 /// moves all of them at one place counts as one move. Each must have two values at least: one alone

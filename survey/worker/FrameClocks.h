@@ -7,7 +7,7 @@
 
 #include "engine/FrameObserver.h"
 #include "platform/gl/GL.h"
-#include "survey/record/Record.h"
+#include "survey/data/Record.h"
 
 namespace survey {
 

@@ -4,12 +4,12 @@
 
 #include <string>
 
-#include "survey/protocol/Channel.h"
+#include "platform/process/Descriptor.h"
 
 namespace survey {
 
-/// Serves until the controller closes the line. The exit status.
-int work(const Channel& channel);
+/// Serves until the controller closes the socket. The exit status.
+int work(const Descriptor& socket);
 
 /// A line per device that workers can draw on, without the last line break. Throws
 /// std::runtime_error where there is no way to ask.

@@ -43,7 +43,7 @@ FAULTS
 
 @test "A cell gets a second chance but no third" {
   SCRIPT=displayLists/triStrip/8=once run -0 --separate-stderr survey
-  matches "$anything +displayLists +101 .*\[1\]\n$anything\n\[1\] cost a worker once: died of SIGKILL .*"
+  matches "$anything +displayLists +101 .*\[1\]\n$anything\n\[1\] made a worker fail once: died of SIGKILL .*"
   rm "$WORKERS"
   SCRIPT=displayLists/triStrip/8=SIGKILL run -0 --separate-stderr survey
   [ "$(grep -c 101 <<<"$output")" = 1 ]
@@ -53,7 +53,7 @@ FAULTS
 @test "A cell that is not carried is a row that says so" {
   SCRIPT=displayLists/triStrip/8=refuse run -0 --separate-stderr survey \
     --seconds 1 --csv table --markdown md
-  grep 'does not carry 1 cell' <<<"$stderr"
+  grep 'does not run 1 cell' <<<"$stderr"
   grep -Ex '"displayLists/triStrip/8",displayLists,triStrip,8,"","",MTri/s,{13},"there are no lists here"' \
     table
   grep -Ex '\|  \| displayLists \| - \|.* refused \|.*\[1\] \|' md
@@ -74,10 +74,10 @@ FAULTS
   grep 'Interrupted by a signal' <<<"$stderr"
   grep sorvanta known
   SCRIPT=begin=fail run -1 survey
-  matches '.*no worker came up: found no device\.'
+  matches '.*no worker could be started: found no device\.'
   rm "$WORKERS"
   SCRIPT=begin=later run -0 --separate-stderr survey
-  grep 'Broken off .* no further worker came up: it found no device\.$' <<<"$stderr"
+  grep 'Ended early, after .* no further worker could be started: it found no device\.$' <<<"$stderr"
 }
 
 @test "A controller that is killed takes its worker along" {

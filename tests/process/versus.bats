@@ -20,8 +20,8 @@ first_line() {
 1|SPEED=all=0.93|new is 7\.0 % ± 0\.. % slower; worst: .*, detail (8|64), 7\.. %\.
 0|SPEED=all=1.2|new is 2.\.. % ± 0\.. % faster; best: .*
 1|SPEED=displayLists/triStrip/8=0.85|new is slower in 1 of 4 cells; worst: displayLists, detail 8, 15\.. %; overall .*
-1|SCRIPT=displayLists/triStrip/8=abort|new fails in 1 cell that base carries \(displayLists/triStrip/8\); new is the same .*
-1|SCRIPT=begin=fail|new fails in 4 cells that base carries .*
+1|SCRIPT=displayLists/triStrip/8=abort|new fails in 1 cell that base runs \(displayLists/triStrip/8\); new is the same .*
+1|SCRIPT=begin=fail|new fails in 4 cells that base runs .*
 SIDES
 }
 
@@ -30,7 +30,7 @@ SIDES
     run -1 --separate-stderr versus --seed "$seed" --base '' \
       --new SCRIPT=displayLists/triStrip/8=drawing
     first_line
-    matches 'new fails in 1 cell that base carries \(displayLists/triStrip/8\); new is the same .*'
+    matches 'new fails in 1 cell that base runs \(displayLists/triStrip/8\); new is the same .*'
   done
 }
 
@@ -77,12 +77,12 @@ displayLists + - +fails +\[1\]
   # One block is no evidence, however large the change.
   run -125 --separate-stderr versus --base '' --new SPEED=all=0.5 --seconds 0.001
   first_line
-  matches 'undecided: the time did not suffice .*'
+  matches 'undecided: there was not enough time .*'
 }
 
 @test "A base side that cannot be used stops a bisection" {
   run -255 versus --base SCRIPT=begin=fail --new ''
-  matches '.*the base side cannot be used, as no worker of it came up: found no device\.'
+  matches '.*the base side cannot be used, as no worker of it could be started: found no device\.'
   run -255 --separate-stderr "$scripted" versus --unoptimised --methods drawArrays --details 8 \
     --base SCRIPT=drawArrays/triStrip/8=refuse --new ''
   first_line
@@ -96,7 +96,7 @@ displayLists + - +fails +\[1\]
   [[ $stderr == *"the base side cannot be used"*": object '/no.so' from LD_PRELOAD cannot be "* ]]
   run -1 --separate-stderr versus --base A= --new 'LD_PRELOAD=/no.so SCRIPT=begin=chatter'
   first_line
-  matches 'new fails in 4 cells that base carries .*'
+  matches 'new fails in 4 cells that base runs .*'
   LD_PRELOAD=/no.so run -0 --separate-stderr versus --base '' --new LD_LIBRARY_PATH=/x
   first_line
   matches 'new is the same as base .*'
@@ -130,7 +130,7 @@ displayLists + - +fails +\[1\]
 --base ''|--new is required
 --base '' --new '' --threshold 0|--threshold
 --base '' --new '' --frame nan|nan is no number
---base '' --new '' --base-name new|two names
+--base '' --new '' --base-name new|names that differ
 --base '' --new '' --methds all|did you mean '--methods'
 --base '' --new '' --json /nonexistent/file --seconds 1|cannot be written
 ARGUMENTS
@@ -165,7 +165,7 @@ JUDGE
   git bisect start HEAD HEAD~9
   run -0 env scripted="$scripted" cells="${cells[*]}" git bisect run bash ../judge
   [ "$(grep -A5 'is the first bad commit' <<<"$output" | grep -o 'speed.*')" = "speed 0.9" ]
-  grep -e undecided -e suffice <<<"$output"
+  grep -e undecided <<<"$output"
   git bisect reset
   git bisect start HEAD HEAD~9
   run ! git bisect run "$scripted" versus --base '' --nwe ''
@@ -196,7 +196,7 @@ ${anything}Only in new: arrayElement/triStrip/8\."
     --details 1,8,64 --unoptimised --seconds 1 --json new.json
   run -1 --separate-stderr "$scripted" compare old.json new.json --json both.json
   first_line
-  matches 'new fails in 1 cell that old carries \(displayLists/triStrip/64\);.*'
+  matches 'new fails in 1 cell that old runs \(displayLists/triStrip/64\);.*'
   grep 'Fails in new alone: displayLists/triStrip/64\.$' <<<"$stderr"
   grep 'Fails in old alone: drawArrays/triStrip/8\.$' <<<"$stderr"
   grep '"fails":\["displayLists/triStrip/64"\]' both.json

@@ -1,12 +1,13 @@
 #include <cmath>
+#include <fstream>
 #include <random>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "survey/files/ResultJson.h"
-#include "survey/record/RecordJson.h"
-#include "survey/show/Numbers.h"
+#include "survey/data/RecordJson.h"
+#include "survey/tell/Files.h"
+#include "survey/tell/Numbers.h"
 #include "tests/survey/SimulatedMachine.h"
 
 namespace survey {
@@ -16,24 +17,28 @@ namespace {
 Record exampleRecord() {
   Record record;
   record.settings.seed = ~std::uint64_t{0};
-  record.settings.environment = {"A=1"};
   record.machine.caches = {{"Data", 1, 32768, 2}};
   record.before.load = {0.5, 1, 2};
-  record.driver = {0, "device", "vendor", "renderer \xff", "version", true, {"/lib/driver.so"}};
-  record.cells = {{{"drawArrays", "quads", 4, "-n"}, CellAnswer{}, {}},
-                  {{"displayLists", "quads", 4, "-n"}, CellAnswer{}, {}},
-                  {{"arrayElement", "quads", 4, "-n"}, std::nullopt, {"died of SIGSEGV"}}};
-  record.cells[0].answer->primitivesPerModel = 16;
-  record.cells[0].answer->callsPerModel = 4;
-  record.cells[1].answer->support = RunsAs::kRefused;
-  record.cells[1].answer->sentence = "no \"lists\" here";
+  record.cells = {{"drawArrays", "quads", 4, "-n"},
+                  {"displayLists", "quads", 4, "-n"},
+                  {"arrayElement", "quads", 4, "-n"}};
+  CellAnswer drawn;
+  drawn.primitivesPerModel = 16;
+  drawn.callsPerModel = 4;
+  CellAnswer refused;
+  refused.runsAs = RunsAs::kRefused;
+  refused.sentence = "no \"lists\" here";
+  record.sides = {{"", {"A=1"}}};
+  record.sides[0].driver = {0,         "device", "vendor",          "renderer \xff",
+                            "version", true,     {"/lib/driver.so"}};
+  record.sides[0].cells = {{drawn, {}}, {refused, {}}, {std::nullopt, {"died of SIGSEGV"}}};
   record.visits = {
       {0,
        0,
-       0,
        0.5,
-       {{1600, 4000, 2000, 1, 5, 6, false}, {1600, 4000, 2000, 0, {}, {}, false, 1500}}},
-      {0, 1, 1, 1.5, {{1600, 8000, 8000, 900, {}, {}, true, 4000}}}};
+       {{{1600, 4000, 2000, 1, 5, 6, false}, {1600, 4000, 2000, 0, {}, {}, false, 1500}}},
+       {0}},
+      {0, 1, 1.5, {{{1600, 8000, 8000, 900, {}, {}, true, 4000}}}, {1}}};
   record.ending = Ending::kInterrupted;
   record.signal = 2;
   record.elapsed = 2;
@@ -41,7 +46,7 @@ Record exampleRecord() {
 }
 
 TEST(ResultJson, FollowsTheSchemaOfGoogleBenchmark) {
-  const auto json = nlohmann::json::parse(resultJson(exampleRecord()));
+  const auto json = nlohmann::json::parse(resultJson({{exampleRecord()}}));
   EXPECT_EQ(json.at("context").at("caches").at(0).at("num_sharing"), 2);
   const auto& entries = json.at("benchmarks");
   ASSERT_EQ(entries.size(), 2U + 4);  // repetitions and aggregates of the one that was measured
@@ -57,7 +62,7 @@ TEST(ResultJson, FollowsTheSchemaOfGoogleBenchmark) {
   EXPECT_EQ(entries[2].at("aggregate_name"), "mean");
   EXPECT_EQ(entries[2].at("real_time"), 60);
   EXPECT_NEAR(entries[5].at("real_time").get<double>(), std::sqrt(800.0) / 60, 1e-9);
-  const auto& without = json.at("sorvanta").at("without");
+  const auto& without = json.at("sorvanta").at("sides").at(0).at("without");
   EXPECT_EQ(without.at(0).at("remark"), "no \"lists\" here");
   EXPECT_EQ(without.at(1).at("name"), "arrayElement/quads/4/-n");
   EXPECT_EQ(without.at(1).at("remark"), "died of SIGSEGV");
@@ -65,35 +70,62 @@ TEST(ResultJson, FollowsTheSchemaOfGoogleBenchmark) {
 
 TEST(ResultJson, IsReadBackAsItWas) {
   Record record = exampleRecord();
-  const auto read = std::get<Record>(resultOf(resultJson(record)));
-  record.driver.renderer = "renderer \xEF\xBF\xBD";  // JSON holds UTF-8 alone
+  const Record read = resultOf(resultJson({{record}})).sittings.at(0);
+  record.sides[0].driver.renderer = "renderer \xEF\xBF\xBD";  // JSON holds UTF-8 alone
   EXPECT_EQ(nlohmann::json(read), nlohmann::json(record));
-  EXPECT_EQ(read.visits[0].frames[0].steal, 6);
+  EXPECT_EQ(read.visits[0].frames[0][0].steal, 6);
   EXPECT_EQ(read.ending, Ending::kInterrupted);
 }
 
 TEST(ResultJson, HoldsComparisonsWithTheirVerdicts) {
   std::mt19937_64 random(7);
-  Comparison comparison = simulateTurns({.dwell = 2, .cells = 4}, -0.2, random);
-  comparison.threshold = 2;
-  const std::string text = resultJson(comparison);
-  const auto read = std::get<Comparison>(resultOf(text));
-  EXPECT_EQ(resultJson(read), text);
-  EXPECT_EQ(nlohmann::json(read.newer.record), nlohmann::json(comparison.newer.record));
+  const Result result{{simulateTurns({.dwell = 2, .cells = 4}, {-0.2}, random)}, 2};
+  const std::string text = resultJson(result);
+  EXPECT_EQ(resultJson(resultOf(text)), text);
   const auto json = nlohmann::json::parse(text);
-  const auto& changes = json.at("sorvanta").at("changes");
+  const auto& own = json.at("sorvanta");
+  const auto& changes = own.at("changes").at(0);
   EXPECT_EQ(changes.at("overall").at("verdict"), "slower");
   EXPECT_EQ(changes.at("cells").at(3).at("name"), "method3/triStrip/64");
-  EXPECT_EQ(changes.at("status"), 1);
+  EXPECT_EQ(own.at("status"), 1);
+  EXPECT_EQ(own.at("sides").at(1).at("figures").size(), 4U);
   EXPECT_EQ(json.at("benchmarks").at(0).at("name"), "base/method0/triStrip/64");
   EXPECT_EQ(json.at("benchmarks").back().at("run_name"), "new/method3/triStrip/64");
 }
 
+TEST(ResultJson, ReadsFilesOfFormatOne) {
+  std::ifstream file(SORVANTA_SOURCE_DIR "/tests/survey/format-1.json");
+  auto json = nlohmann::json::parse(file);
+  const Result both = resultOf(json.dump());
+  ASSERT_EQ(both.sittings.size(), 1U);
+  EXPECT_EQ(both.threshold, 5);
+  const Record& record = both.sittings[0];
+  ASSERT_EQ(record.sides.size(), 2U);
+  EXPECT_EQ(record.sides[1].name, "Karl");
+  EXPECT_EQ(record.sides[1].environment, (std::vector<std::string>{"SPEED=all=0.5"}));
+  EXPECT_EQ(record.sides[1].whyNoWorker, "found no device");
+  EXPECT_EQ(record.sides[1].cells[1].faults.size(), 1U);
+  EXPECT_EQ(record.sides[0].cells[0].answer->runsAs, RunsAs::kItself);
+  EXPECT_EQ(record.machine.caches.at(0).sharing, 2);
+  ASSERT_EQ(record.visits.size(), 2U);
+  const auto& frames = record.visits[1].frames;
+  EXPECT_NEAR(2.0 * static_cast<double>(frames[1][1].primitives),
+              static_cast<double>(frames[0][1].primitives), 0.02 * 500e3);
+
+  auto& comparison = json["sorvanta"]["comparison"];
+  comparison["inTurns"] = false;
+  EXPECT_EQ(resultOf(json.dump()).sittings.size(), 2U);
+  json["sorvanta"]["record"] = comparison["base"]["record"];
+  const Result survey = resultOf(json.dump());
+  EXPECT_FALSE(survey.isComparison());
+  EXPECT_EQ(survey.sittings[0].visits[1].frames[0][0].wall, frames[0][0].wall);
+}
+
 TEST(ResultJson, SaysWhatIsWrongWithAFile) {
-  std::string damaged = resultJson(exampleRecord());
+  std::string damaged = resultJson({{exampleRecord()}});
   damaged.replace(damaged.find("\"visits\""), 8, "\"misits\"");
-  std::string newer = resultJson(exampleRecord());
-  newer.replace(newer.find("\"format\":1"), 10, "\"format\":9");
+  std::string newer = resultJson({{exampleRecord()}});
+  newer.replace(newer.find("\"format\":2"), 10, "\"format\":9");
   const std::pair<std::string, std::string> texts[] = {
       {"{", "no JSON"},
       {"[1]", "no result"},

@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include "survey/plan/Cells.h"
-#include "survey/plan/Environment.h"
-#include "survey/plan/Turns.h"
-#include "survey/plan/Words.h"
+#include "survey/data/Cells.h"
+#include "survey/data/Words.h"
+#include "survey/sitting/Turns.h"
 #include "words/DrawMethods.h"
+#include "words/Primitives.h"
 
 namespace survey {
 namespace {
@@ -21,7 +21,7 @@ TEST(Cells, AreTheProductWithoutRepetitionsUnderTheirNames) {
                                    "quads,points",
                                    "64",
                                    {"", "-T  -l0 -n -n", "-n -l0 -T"}})) {
-    names.push_back(nameOf(cell) + (countsQuads(cell) ? " quads" : ""));
+    names.push_back(nameOf(cell) + (countsQuads(cell.primitive) ? " quads" : ""));
   }
   EXPECT_EQ(names, (std::vector<std::string>{
                        "drawArrays/quads/64 quads", "displayLists/quads/64 quads",

@@ -18,7 +18,7 @@
 #include <unistd.h>
 
 #include "platform/process/Sentences.h"
-#include "survey/worker/Serve.h"
+#include "survey/worker/Protocol.h"
 #include "survey/worker/Worker.h"
 #include "words/DrawMethods.h"
 
@@ -56,7 +56,7 @@ double speedOf(const std::string& cell) {
 
 class ScriptedSubject : public Subject {
  public:
-  explicit ScriptedSubject(int socket) : channel(socket) {}
+  explicit ScriptedSubject(int ofWorker) : socket(ofWorker) {}
 
   Driver begin(const Begin& begin) override {
     std::ofstream(variable("WORKERS"), std::ios::app) << getpid() << '\n';
@@ -89,10 +89,10 @@ class ScriptedSubject : public Subject {
                       std::uint64_t{2} * cell.detail * cell.detail,
                       true};
     if (deed == "refuse") {
-      answer.support = RunsAs::kRefused;
+      answer.runsAs = RunsAs::kRefused;
       answer.sentence = "there are no lists here";
     } else if (deed == "garbage") {
-      send(channel, "{", 1, 0);
+      send(socket, "{", 1, 0);
     } else if (deed == "silence") {
       std::this_thread::sleep_for(1h);
     } else if (deed == "slow") {
@@ -131,7 +131,7 @@ class ScriptedSubject : public Subject {
   }
 
  private:
-  int channel;
+  int socket;
   std::string deed;  ///< of the cell that is set
   double rate = 0;
   int disturbedEvery = 0;
@@ -141,9 +141,9 @@ class ScriptedSubject : public Subject {
 
 }  // namespace
 
-int work(const Channel& channel) {
-  ScriptedSubject subject(channel.get());
-  serve(channel, subject);
+int work(const Descriptor& socket) {
+  ScriptedSubject subject(socket.get());
+  serve(socket, subject);
   return EXIT_SUCCESS;
 }
 

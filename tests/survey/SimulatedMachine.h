@@ -2,10 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <random>
 #include <vector>
 
-#include "survey/record/Comparison.h"
+#include "survey/data/Record.h"
 
 namespace survey {
 
@@ -29,7 +30,12 @@ struct SimulatedSurvey {
 /// Speeds jump at random moments, also within frames. A third of the cells has long frames.
 SimulatedSurvey simulate(const Simulation& machine, std::mt19937_64& random);
 
-/// Two sides in turns there, of which the new one is faster by that part (-0.03: slower by 3 %).
-Comparison simulateTurns(const Simulation& machine, double effect, std::mt19937_64& random);
+/// Sides in turns there, a base and new ones that are faster by those parts (-0.03: slower by 3 %).
+Record simulateTurns(const Simulation& machine, const std::vector<double>& effects,
+                     std::mt19937_64& random);
+
+/// Makes the frames of a side longer by that factor, in all cells or one.
+void stretch(Record& record, std::size_t side, double factor,
+             std::optional<std::size_t> cell = std::nullopt);
 
 }  // namespace survey

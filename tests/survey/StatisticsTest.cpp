@@ -4,13 +4,12 @@
 
 #include <gtest/gtest.h>
 
-#include "survey/figures/Figures.h"
 #include "survey/statistics/CommonFactor.h"
 #include "survey/statistics/Estimate.h"
-#include "survey/statistics/Holm.h"
 #include "survey/statistics/Jackknife.h"
-#include "survey/statistics/Quantiles.h"
-#include "tests/survey/SimulatedMachine.h"
+#include "survey/statistics/SharedVariance.h"
+#include "survey/statistics/Significance.h"
+#include "survey/statistics/TrimmedMean.h"
 
 namespace survey {
 namespace {
@@ -71,62 +70,50 @@ TEST(CommonFactor, IsTakenOutAcrossAJump) {
   EXPECT_NEAR(fit.levels.front() - fit.levels.back(), std::log(1.5), 1e-9);
 }
 
-/// What intervals are worth.
-struct Worth {
-  int intervals = 0;
-  int hits = 0;
-  std::vector<double> halfWidths;
-
-  void add(const Interval& interval, double truth) {
-    ++intervals;
-    hits += interval.contains(truth) ? 1 : 0;
-    halfWidths.push_back(interval.halfWidth() / interval.middle);
-  }
-  double coverage() const { return static_cast<double>(hits) / intervals; }
-};
-
-struct Regime {
-  Simulation machine;
-  int surveys;
-  double ratioWidth;  ///< half of it, as the median over the cells: the processes' luck, no more
-};
-
-void PrintTo(const Regime& regime, std::ostream* out) {
-  const Simulation& machine = regime.machine;
-  *out << machine.blocks << " blocks of " << machine.passes << " times " << machine.cells
-       << " cells, speeds that last " << machine.dwell << " s";
+TEST(TrimmedMean, IsTukeyAndMcLaughlins) {
+  // Ten values, two of them cut at either end; the error from the winsorized ones, by hand:
+  // 3 3 3 4 5 6 7 8 8 8 deviate from 5.5 by squares of 42.5 in sum; sqrt(42.5 / (6 * 5)).
+  const std::vector<double> values = {3, 4, 1, 5, 100, 2, 8, 6, 7, 9};
+  const TrimmedMean mean = trimmedMean(values);
+  EXPECT_DOUBLE_EQ(mean.mean, 5.5);
+  EXPECT_EQ(mean.freedom(), 5);
+  EXPECT_NEAR(mean.variance(), 42.5 / 30, 1e-12);
+  EXPECT_TRUE(std::isinf(trimmedMean(std::vector<double>{3}).variance()));
 }
 
-class Simulated : public testing::TestWithParam<Regime> {};
-INSTANTIATE_TEST_SUITE_P(
-    Machine, Simulated,
-    testing::Values(Regime{{.dwell = 0.5}, 20, 0.04}, Regime{{.dwell = 2}, 20, 0.035},
-                    Regime{{.dwell = 20}, 20, 0.035}, Regime{{.dwell = 1e6}, 20, 0.035},
-                    Regime{{.dwell = 2, .blocks = 6}, 20, 0.065},
-                    Regime{{.dwell = 2, .blocks = 4}, 20, 0.08},
-                    Regime{{.dwell = 0.5, .blocks = 14, .luck = 0.05, .scatter = 0.06}, 10, 0.1},
-                    Regime{{.dwell = 2, .cells = 2, .passes = 8}, 120, 0.035}));
+TEST(JointMean, CountsWhatMovesAllCellsAtOnePlaceAsOneMove) {
+  const std::vector<double> values = {1, 2, 3, 4};
+  const std::vector<double> others = {4, 3, 2, 1};
+  const std::vector<std::size_t> places = {0, 1, 2, 3};
+  JointMean together;
+  together.add(trimmedMean(values), places);
+  together.add(trimmedMean(values), places);
+  EXPECT_NEAR(together.variance(), trimmedMean(values).variance(), 1e-12);
+  JointMean opposed;
+  opposed.add(trimmedMean(values), places);
+  opposed.add(trimmedMean(others), places);
+  EXPECT_NEAR(opposed.variance(), 0, 1e-12);
+}
 
-TEST_P(Simulated, IntervalsHoldTheTruth) {
-  std::mt19937_64 random(17);
-  Worth ratios;
-  Worth rates;
-  for (int i = 0; i < GetParam().surveys; ++i) {
-    const auto [record, truth] = simulate(GetParam().machine, random);
-    const Figures figures = figuresOf(record);
-    ASSERT_EQ(figures.groups.size(), 1U);
-    const auto& ranking = figures.groups[0].ranking;
-    for (const CellFigure& figure : ranking) {
-      rates.add(figure.rate, truth[figure.cell]);
-      if (&figure != &ranking.front()) {
-        ratios.add(figure.ratio, truth[figure.cell] / truth[ranking.front().cell]);
-      }
+TEST(SharedVariance, FindsWhatTheVariancesWereDrawnAround) {
+  std::mt19937_64 random(3);
+  constexpr double kFreedom = 5;
+  for (const double spread : {8.0, 1e9}) {  // degrees of freedom of the common one
+    std::vector<Variance> drawn;
+    for (int i = 0; i < 2000; ++i) {
+      const double around = 4 * spread / std::chi_squared_distribution(spread)(random);
+      drawn.push_back(
+          {around * std::chi_squared_distribution(kFreedom)(random) / kFreedom, kFreedom});
     }
+    const Variance common = commonVariance(drawn);
+    EXPECT_NEAR(common.value, 4, 0.3);
+    EXPECT_GT(common.freedom, spread > 100 ? 100 : 6);
+    EXPECT_LT(common.freedom, spread > 100 ? INFINITY : 11) << common.freedom;
   }
-  // 0.95, less what so few surveys scatter by: the ratios of one survey share its best cell.
-  EXPECT_GE(ratios.coverage(), 0.9);
-  EXPECT_GE(rates.coverage(), 0.9);
-  EXPECT_LE(median(ratios.halfWidths), GetParam().ratioWidth);
+  const Variance between = moderated({1, 5}, {3, 15});
+  EXPECT_EQ(between.value, 2.5);
+  EXPECT_EQ(between.freedom, 20);
+  EXPECT_EQ(moderated({1, 5}, commonVariance(std::vector<Variance>{{1, 5}, {2, 5}})).value, 1);
 }
 
 }  // namespace

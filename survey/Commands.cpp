@@ -1,0 +1,124 @@
+#include "survey/Commands.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+#include <fmt/format.h>
+
+#include "platform/process/Sentences.h"
+#include "survey/InputOutput.h"
+#include "survey/Program.h"
+#include "survey/sitting/Sitting.h"
+#include "survey/tell/Files.h"
+#include "survey/tell/Page.h"
+#include "survey/tell/ProgressBar.h"
+#include "survey/tell/Summary.h"
+
+namespace survey {
+namespace {
+
+/// Writes the files and prints; whether all of that could be done.
+bool tell(const Result& result, const Summary& summary, const Outputs& outputs) {
+  // First the files: who reads standard output may have left.
+  bool written = wrote(outputs.json, [&] { return resultJson(result); });
+  written = wrote(outputs.markdown, [&] { return asMarkdown(summary); }) && written;
+  written = printed(asText(summary, wantsColours())) && written;
+  for (const std::string& sentence : summary.caveats) {
+    warn(sentence);
+  }
+  return written;
+}
+
+/// Of one side.
+int tellSurvey(const Result& result, const SittingCommand& command) {
+  const SideView side = sidesOf(result).front();
+  const Figures figures = figuresOf(side);
+  const bool written = wrote(command.csv, [&] { return csvOf(side, figures); });
+  return tell(result, summaryOf(side, figures), command.outputs) && written ? EXIT_SUCCESS
+                                                                            : EXIT_FAILURE;
+}
+
+/// Of several. A result that nobody can read counts as none.
+int tellComparison(const Result& result, const Outputs& outputs) {
+  const std::vector<SideView> sides = sidesOf(result);
+  const std::vector<Changes> changes = changesOf(sides, result.threshold);
+  return tell(result, summaryOf(sides, changes, result.threshold), outputs)
+             ? bisectionStatusOf(changes)
+             : kUnusable;
+}
+
+/// Everything of a single side is settled at once, when all of it is precise.
+Settled settledSoFar(const Record& record, double threshold) {
+  if (record.sides.size() > 1) {
+    return decidedSoFar(record, threshold);
+  }
+  const Figures figures = figuresOf(sidesOf(record).front());
+  const bool precise = figures.imprecise == 0 && figures.unreached == 0;
+  return {std::vector<bool>(record.cells.size(), precise)};
+}
+
+/// What has no verdict of its own in a sitting of several sides.
+int statusOf(const Record& record, int status) {
+  constexpr int kSignalled = 128;  // as shells have it
+  if (record.ending == Ending::kInterrupted) {
+    return kSignalled + record.signal;
+  }
+  const bool baseIsGone = record.sides.size() > 1 && !record.sides.front().whyNoWorker.empty();
+  return baseIsGone ? kUnusable : status;
+}
+
+/// The side of a file that is compared, as the only one of its sitting.
+Record sideIn(const std::string& path, const std::string& name) {
+  Result result = resultIn(path);
+  Record record = std::move(result.sittings.back());
+  record.sides = {std::move(record.sides.back())};
+  record.sides.front().name = name;
+  for (Visit& visit : record.visits) {
+    visit.frames = {std::move(visit.frames.back())};
+    visit.workers = {visit.workers.back()};
+  }
+  return record;
+}
+
+}  // namespace
+
+int takeSitting(const SittingCommand& command, const std::vector<std::string>& worker) {
+  requireReady(command);
+  Result result{{command.plan}, command.threshold};
+  Record& record = result.sittings.front();
+  record.program = thisProgram();
+  try {
+    ProgressBar bar(!command.quiet);
+    takeSitting(record, worker,
+                {[&](const Record& seen) { return settledSoFar(seen, command.threshold); },
+                 [&](const Progress& progress) {
+                   bar.show(progress.part, progress.secondsLeft, progress.cell);
+                 }});
+  } catch (const CannotBegin& reason) {
+    if (!result.isComparison()) {
+      endWith(fmt::format("no survey could be taken, as no worker could be started: {}.",
+                          reason.what()));
+    }
+    warn(fmt::format("the base side cannot be used, as no worker of it could be started: {}.",
+                     reason.what()));
+    return kUnusable;
+  }
+  return statusOf(record, result.isComparison() ? tellComparison(result, command.outputs)
+                                                : tellSurvey(result, command));
+}
+
+int compare(const CompareCommand& command) {
+  return tellComparison(
+      {{sideIn(command.base, "old"), sideIn(command.newer, "new")}, command.threshold},
+      command.outputs);
+}
+
+int report(const ReportCommand& command) {
+  std::vector<NamedResult> results;
+  for (const std::string& path : command.files) {
+    results.push_back({std::filesystem::path(path).stem().string(), resultIn(path)});
+  }
+  return wrote(command.html, [&] { return pageOf(results); }) ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+}  // namespace survey

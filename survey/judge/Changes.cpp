@@ -1,0 +1,232 @@
+#include "survey/judge/Changes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <iterator>
+#include <numeric>
+
+#include "survey/judge/Evidence.h"
+#include "survey/statistics/Averages.h"
+#include "survey/statistics/Significance.h"
+
+namespace survey {
+namespace {
+
+constexpr double kPercent = 100;
+
+struct Sureness {
+  double falseAlarms;  ///< the chance of one at most, over the whole comparison
+  double confidence;   ///< of the intervals
+};
+constexpr Sureness kInTheEnd{0.05, 0.95};
+constexpr Sureness kOnTheWay{0.001, 0.99};
+
+/// The change of an estimate that lies outside the threshold, towards zero at that limit.
+double beyond(const Estimate& estimate, double threshold, double widening) {
+  const double limit = std::log1p((estimate.mean < 0 ? -threshold : threshold) / kPercent);
+  return std::abs(estimate.mean) - std::abs(limit) - widening;
+}
+
+/// How probable it is to see so large a change where the true one is the threshold's.
+double probabilityWithin(const Estimate& estimate, double threshold, double widening) {
+  const double excess = beyond(estimate, threshold, widening);
+  return excess <= 0 ? 1
+                     : twoSidedProbability(excess / std::sqrt(estimate.variance.value),
+                                           estimate.variance.freedom);
+}
+
+Change changeFrom(const Estimate& estimate, bool changed, double threshold, double widening,
+                  double confidence) {
+  const Interval interval = intervalOf(estimate, confidence);
+  Change change;
+  change.ratio = {std::exp(interval.low - widening), std::exp(interval.middle),
+                  std::exp(interval.high + widening)};
+  const double part = threshold / kPercent;
+  if (changed) {
+    change.verdict = estimate.mean < 0 ? Verdict::kSlower : Verdict::kFaster;
+  } else if (change.ratio.low >= 1 - part && change.ratio.high <= 1 + part) {
+    change.verdict = Verdict::kSame;
+  }
+  change.mayBeSlower = change.ratio.low < 1 - part && change.verdict != Verdict::kFaster;
+  return change;
+}
+
+struct Judgement {
+  std::vector<CellChange> cells;  ///< in the order of the evidence
+  Change overall;
+};
+
+/// A judgement for each side's evidence; all share one chance of false alarms.
+std::vector<Judgement> judge(const std::vector<Evidence>& evidence, double threshold,
+                             const Sureness& sureness) {
+  std::vector<double> ofMeans;
+  std::vector<double> ofCells;
+  for (const auto& [cells, estimates, overall, notInOverall, widening] : evidence) {
+    ofMeans.push_back(overall ? probabilityWithin(*overall, threshold, widening) : 1);
+    for (const Estimate& estimate : estimates) {
+      ofCells.push_back(probabilityWithin(estimate, threshold, widening));
+    }
+  }
+  const std::vector<bool> meansChanged = positives(ofMeans, sureness.falseAlarms / 2);
+  const bool all = std::find(meansChanged.begin(), meansChanged.end(), false) == meansChanged.end();
+  const std::vector<bool> cellsChanged = positives(ofCells, sureness.falseAlarms / (all ? 1 : 2));
+
+  std::vector<Judgement> judgements;
+  auto changed = cellsChanged.begin();
+  for (std::size_t side = 0; side < evidence.size(); ++side) {
+    const auto& [cells, estimates, overall, notInOverall, widening] = evidence[side];
+    Judgement& judgement = judgements.emplace_back();
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      judgement.cells.push_back(
+          {cells[i].base, cells[i].newer,
+           changeFrom(estimates[i], *changed++, threshold, widening, sureness.confidence)});
+      judgement.cells.back().change.blocks = cells[i].blocks;
+    }
+    if (overall) {
+      judgement.overall =
+          changeFrom(*overall, meansChanged[side], threshold, widening, sureness.confidence);
+    }
+  }
+  return judgements;
+}
+
+std::vector<Evidence> evidenceOf(const std::vector<SideView>& sides) {
+  std::vector<Evidence> evidence;
+  std::transform(sides.begin() + 1, sides.end(), std::back_inserter(evidence),
+                 [&](const SideView& newer) { return evidenceOf(sides.front(), newer); });
+  return evidence;
+}
+
+/// By how many percent a cell must be slower for that to be found four times of five.
+double visibleChange(const Estimate& estimate, double falseAlarms, double threshold,
+                     double widening) {
+  constexpr double kFourOfFive = 0.4;  // two-sided, for a tail of a fifth
+  const double freedom = estimate.variance.freedom;
+  if (!(freedom > 0)) {
+    return kPercent;
+  }
+  const double reach = std::sqrt(estimate.variance.value) *
+                       (criticalValue(falseAlarms, freedom) + criticalValue(kFourOfFive, freedom));
+  return kPercent * (1 - (1 - threshold / kPercent) * std::exp(-reach - widening));
+}
+
+/// `alarms` is the chance of a false one that a mean has, and all cells of all sides together.
+void findVisible(const Evidence& evidence, double alarms, std::size_t means, std::size_t cells,
+                 double threshold, Changes& changes) {
+  if (!evidence.overall) {
+    return;
+  }
+  changes.visibleOverall = visibleChange(*evidence.overall, alarms / static_cast<double>(means),
+                                         threshold, evidence.widening);
+  std::vector<double> visible;
+  for (const Estimate& estimate : evidence.estimates) {
+    visible.push_back(
+        visibleChange(estimate, alarms / static_cast<double>(cells), threshold, evidence.widening));
+  }
+  changes.visible = median(std::move(visible));
+}
+
+void findFailures(Changes& changes) {
+  const SideView& base = changes.base;
+  const SideView& newer = changes.newer;
+  const auto hasRatio = [&](std::size_t cell) {
+    return std::any_of(changes.cells.begin(), changes.cells.end(),
+                       [=](const CellChange& change) { return change.base == cell; });
+  };
+  const auto isFine = [](const CellState& state) { return state.answer && !state.isBad(); };
+  const bool newDoesNotStart = !newer.side().started() && !newer.side().whyNoWorker.empty();
+  changes.hopeless = changes.cells.empty();
+  for (std::size_t cell = 0; cell < base.record->cells.size(); ++cell) {
+    const auto same = indexOf(base.cell(cell), *newer.record);
+    if (!same) {
+      changes.onlyBase.push_back(cell);
+    } else if (!hasRatio(cell)) {
+      const CellState& ofBase = base.state(cell);
+      const CellState& ofNew = newer.state(*same);
+      const bool wasDrawn = std::any_of(
+          newer.record->visits.begin(), newer.record->visits.end(),
+          [&](const Visit& visit) { return visit.cell == *same && !newer.frames(visit).empty(); });
+      if (ofNew.isGivenUp() && !ofBase.isGivenUp() && wasDrawn) {
+        changes.newDies.push_back(*same);
+        changes.hopeless = false;
+      } else if (newDoesNotStart || (isFine(ofBase) && ofNew.isBad())) {
+        changes.newFails.push_back(*same);
+        changes.hopeless = false;
+      } else if (isFine(ofNew) && ofBase.isBad()) {
+        changes.baseFails.push_back(cell);
+      } else {
+        changes.withoutFigures.push_back(cell);
+        changes.hopeless = changes.hopeless && ofBase.isBad();
+      }
+    }
+  }
+  for (std::size_t cell = 0; cell < newer.record->cells.size(); ++cell) {
+    if (!indexOf(newer.cell(cell), *base.record)) {
+      changes.onlyNew.push_back(cell);
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<Changes> changesOf(const std::vector<SideView>& sides, double threshold) {
+  const std::vector<Evidence> evidence = evidenceOf(sides);
+  const std::size_t cells =
+      std::transform_reduce(evidence.begin(), evidence.end(), std::size_t{0}, std::plus<>(),
+                            [](const Evidence& ofSide) { return ofSide.estimates.size(); });
+  std::vector<Judgement> judgements = judge(evidence, threshold, kInTheEnd);
+  std::vector<Changes> all;
+  for (std::size_t i = 0; i < evidence.size(); ++i) {
+    Changes& changes = all.emplace_back();
+    changes.base = sides.front();
+    changes.newer = sides[i + 1];
+    changes.cells = std::move(judgements[i].cells);
+    changes.overall = judgements[i].overall;
+    changes.notInOverall = evidence[i].notInOverall;
+    changes.moved = kPercent * std::expm1(evidence[i].widening);
+    findVisible(evidence[i], kInTheEnd.falseAlarms / 2, evidence.size(), cells, threshold, changes);
+    findFailures(changes);
+  }
+  return all;
+}
+
+std::vector<std::vector<bool>> decidedSoFar(const Record& record, double threshold) {
+  const auto judgements = judge(evidenceOf(sidesOf(record)), threshold, kOnTheWay);
+  std::vector<std::vector<bool>> decided(record.sides.size(),
+                                         std::vector<bool>(record.cells.size(), false));
+  for (std::size_t i = 0; i < judgements.size(); ++i) {
+    // As long as the mean over all is open, every cell adds to it.
+    if (judgements[i].overall.verdict != Verdict::kUndecided) {
+      for (const CellChange& cell : judgements[i].cells) {
+        decided[i + 1][cell.base] = cell.change.verdict != Verdict::kUndecided;
+      }
+    }
+  }
+  return decided;
+}
+
+BisectionStatus bisectionStatusOf(const Changes& changes) {
+  bool open = changes.cells.empty() || changes.overall.mayBeSlower || !changes.newDies.empty();
+  bool slower = !changes.newFails.empty() || changes.overall.verdict == Verdict::kSlower;
+  for (const CellChange& cell : changes.cells) {
+    slower = slower || cell.change.verdict == Verdict::kSlower;
+    open = open || cell.change.mayBeSlower;
+  }
+  if (changes.hopeless) {
+    return kUnusable;
+  }
+  return slower ? kSomethingSlower : open ? kUndecidedStatus : kNothingSlower;
+}
+
+BisectionStatus bisectionStatusOf(const std::vector<Changes>& changes) {
+  for (const BisectionStatus worst : {kSomethingSlower, kUnusable, kUndecidedStatus}) {
+    if (std::any_of(changes.begin(), changes.end(),
+                    [=](const Changes& ofSide) { return bisectionStatusOf(ofSide) == worst; })) {
+      return worst;
+    }
+  }
+  return kNothingSlower;
+}
+
+}  // namespace survey

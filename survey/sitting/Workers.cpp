@@ -1,0 +1,98 @@
+#include "survey/sitting/Workers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include <sched.h>
+
+namespace survey {
+namespace {
+
+/// So many workers in a row that fail to start are enough.
+constexpr int kMostFailedStarts = 3;
+/// Environments of different lengths put the stack elsewhere: not always at the same lucky place.
+constexpr std::uint64_t kMostPadding = 4096;
+
+/// The last processor this process may use: the first ones often serve interrupts.
+std::optional<unsigned int> lastCore() {
+  cpu_set_t allowed;
+  if (sched_getaffinity(0, sizeof allowed, &allowed) != 0) {
+    return std::nullopt;
+  }
+  for (unsigned int core = CPU_SETSIZE; core-- > 0;) {
+    if (CPU_ISSET(core, &allowed)) {
+      return core;
+    }
+  }
+  return std::nullopt;
+}
+
+/// Whether the dynamic linker complains of what the side tells it to load: without that its
+/// workers would be measured in the name of something else.
+bool isOfSide(const std::string& complaint, const Side& side) {
+  return std::any_of(
+      side.environment.begin(), side.environment.end(), [&](const std::string& variable) {
+        const std::string name = variable.substr(0, variable.find('='));
+        return name == "LD_AUDIT" ? complaint.find("audit") != std::string::npos
+                                  : complaint.find(" from " + name) != std::string::npos;
+      });
+}
+
+}  // namespace
+
+Workers::Workers(Record& record, const std::vector<std::string>& command, Turns& turns)
+    : record_(record),
+      command_(command),
+      turns_(turns),
+      core_(lastCore()),
+      workers_(record.sides.size()),
+      numbers_(record.sides.size()) {}
+
+void Workers::need(std::size_t side) {
+  for (int attempt = 1; !has(side); ++attempt) {
+    try {
+      workers_[side] = start(side);
+      numbers_[side] = started_++;
+    } catch (const WorkerFault&) {
+      if (attempt == kMostFailedStarts) {
+        throw;
+      }
+    }
+  }
+}
+
+void Workers::endAll() {
+  for (auto& worker : workers_) {
+    worker.reset();
+  }
+}
+
+std::unique_ptr<Worker> Workers::start(std::size_t index) {
+  Side& side = record_.sides[index];
+  ChildProcess::Launch launch{command_, side.environment};
+  launch.environment.push_back("SORVANTA_SURVEY_PADDING=" +
+                               std::string(turns_.below(kMostPadding), 'x'));
+  auto worker = std::make_unique<Worker>(index, launch, interruption_);
+  // The first worker tries the devices; the others take the one that it found.
+  const Driver driver =
+      worker->begin({side.started() ? std::to_string(side.driver.number) : record_.settings.device,
+                     record_.settings.onScreen, core_, turns_.below(std::uint64_t{1} << 32)},
+                    patienceFor(0));
+  for (const std::string& complaint : worker->linkersComplaints()) {
+    if (isOfSide(complaint, side)) {
+      throw WorkerFault(complaint, index);
+    }
+  }
+  side.driver = driver;
+  return worker;
+}
+
+std::chrono::milliseconds Workers::patienceFor(unsigned int detail) const {
+  constexpr double kUsualDetail = 512;
+  const double scale = std::max(1.0, std::pow(detail / kUsualDetail, 2));
+  return std::chrono::ceil<std::chrono::milliseconds>(
+      std::chrono::duration<double>(scale * record_.settings.patience));
+}
+
+}  // namespace survey

@@ -1,0 +1,162 @@
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+#include <fmt/format.h>
+
+#include "survey/data/RecordJson.h"
+#include "survey/judge/Changes.h"
+#include "survey/tell/Files.h"
+#include "survey/tell/ResultParts.h"
+#include "survey/tell/Sentences.h"
+
+namespace survey {
+
+NLOHMANN_JSON_SERIALIZE_ENUM(Verdict, {{Verdict::kUndecided, "undecided"},
+                                       {Verdict::kSame, "same"},
+                                       {Verdict::kSlower, "slower"},
+                                       {Verdict::kFaster, "faster"}})
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kFormat = 2;
+
+Json intervalJson(const Interval& interval) {  // JSON has no infinity
+  const auto number = [](double value) { return std::isfinite(value) ? Json(value) : Json(); };
+  return {{"low", number(interval.low)},
+          {"middle", number(interval.middle)},
+          {"high", number(interval.high)}};
+}
+
+Json figuresJson(const SideView& side) {
+  Json figures = Json::array();
+  for (const Group& group : figuresOf(side).groups) {
+    for (const CellFigure& figure : group.ranking) {
+      figures.push_back({{"name", nameOf(side.cell(figure.cell))},
+                         {"sent", group.sent},
+                         {"blocks", figure.blocks},
+                         {"rate", intervalJson(figure.rate)},
+                         {"ratio", intervalJson(figure.ratio)},
+                         {"leads", figure.leads},
+                         {"precise", figure.precise},
+                         {"nanoseconds_per_call", figure.nanosecondsPerCall},
+                         {"gpu_share", figure.gpuShare ? Json(*figure.gpuShare) : Json()}});
+    }
+  }
+  return figures;
+}
+
+/// The cells that have no figure, and why.
+Json withoutJson(const SideView& side) {
+  Json without = Json::array();
+  const std::vector<Visit>& visits = side.record->visits;
+  for (std::size_t cell = 0; cell < side.record->cells.size(); ++cell) {
+    if (std::none_of(visits.begin(), visits.end(), [&](const Visit& visit) {
+          return visit.cell == cell && !side.frames(visit).empty();
+        })) {
+      without.push_back(
+          {{"name", nameOf(side.cell(cell))}, {"remark", remarkOn(side, cell, false)}});
+    }
+  }
+  return without;
+}
+
+Json changeJson(const std::string& name, const Change& change) {
+  return {{"name", name},
+          {"ratio", intervalJson(change.ratio)},
+          {"blocks", change.blocks},
+          {"verdict", nlohmann::json(change.verdict)}};
+}
+
+Json changesJson(const Changes& changes) {
+  Json cells = Json::array();
+  for (const CellChange& cell : changes.cells) {
+    cells.push_back(changeJson(nameOf(changes.base.cell(cell.base)), cell.change));
+  }
+  const auto names = [&](const std::vector<std::size_t>& indices) {
+    Json list = Json::array();
+    for (const std::size_t cell : indices) {
+      list.push_back(nameOf(changes.newer.cell(cell)));
+    }
+    return list;
+  };
+  return {{"name", changes.newer.name()},
+          {"overall", changeJson("overall", changes.overall)},
+          {"cells", cells},
+          {"fails", names(changes.newFails)},
+          {"dies", names(changes.newDies)},
+          {"status", bisectionStatusOf(changes)}};
+}
+
+/// For eyes what they look for, on one line what is long. A driver's strings need not be UTF-8.
+std::string fileOf(const Json& context, const Json& benchmarks, const Json& own) {
+  const auto text = [](const Json& json, int indent) {
+    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+  };
+  return fmt::format("{{\n\"context\": {},\n\"benchmarks\": {},\n\"sorvanta\": {}\n}}\n",
+                     text(context, 1), text(benchmarks, 1), text(own, -1));
+}
+
+/// What our part of the file says of the record, for programs that do not compute it again.
+void addAnswers(Json& own, const Result& result) {
+  const std::vector<SideView> sides = sidesOf(result);
+  own["sides"] = Json::array();
+  for (const SideView& side : sides) {
+    own["sides"].push_back(
+        {{"name", side.name()}, {"figures", figuresJson(side)}, {"without", withoutJson(side)}});
+  }
+  if (result.isComparison()) {
+    const std::vector<Changes> changes = changesOf(sides, result.threshold);
+    own["threshold"] = result.threshold;
+    own["status"] = bisectionStatusOf(changes);
+    own["changes"] = Json::array();
+    for (const Changes& ofSide : changes) {
+      own["changes"].push_back(changesJson(ofSide));
+    }
+  }
+}
+
+}  // namespace
+
+std::string resultJson(const Result& result) {
+  Json benchmarks = Json::array();
+  for (const SideView& side : sidesOf(result)) {
+    addBenchmarks(benchmarks, side, result.isComparison() ? side.name() + '/' : "");
+  }
+  Json own = {{"format", kFormat}, {"frameColumns", kFrameColumns}};
+  addAnswers(own, result);
+  own["sittings"] = nlohmann::json(result.sittings);
+  return fileOf(contextOf(sidesOf(result).front()), benchmarks, own);
+}
+
+Result resultOf(std::string_view text) {
+  const auto json = nlohmann::json::parse(text, nullptr, false);
+  if (json.is_discarded()) {
+    throw std::runtime_error("this is no JSON");
+  }
+  if (!json.is_object() || !json.contains("sorvanta")) {
+    throw std::runtime_error(json.is_object() && json.contains("benchmarks")
+                                 ? "this is a result of Google Benchmark, but not of "
+                                   "sorvanta-survey; compare.py compares such files"
+                                 : "this is no result of sorvanta-survey");
+  }
+  try {
+    const auto& own = json.at("sorvanta");
+    switch (const int format = own.at("format")) {
+      case 1:
+        return resultOfFormatOne(own);
+      case kFormat:
+        return {own.at("sittings").get<std::vector<Record>>(), own.value("threshold", 0.0)};
+      default:
+        throw std::runtime_error(
+            fmt::format("this result is of format {}, and this version reads formats 1 and {} only",
+                        format, kFormat));
+    }
+  } catch (const nlohmann::json::exception& error) {
+    throw std::runtime_error(fmt::format("this result is damaged: {}", error.what()));
+  }
+}
+
+}  // namespace survey

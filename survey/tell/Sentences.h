@@ -1,0 +1,43 @@
+/// Results in sentences.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "survey/judge/Changes.h"
+#include "survey/judge/Figures.h"
+
+namespace survey {
+
+// Answer.cpp: of one side.
+
+/// Which method, for how much per call, with which attributes: a sentence for each primitive and
+/// set of attributes.
+std::string answerOf(const SideView& side, const Figures& figures);
+
+/// What it was measured on: device, driver and machine.
+std::string sourceOf(const SideView& side);
+
+// Verdict.cpp: of several sides.
+
+std::string_view inWords(Verdict verdict);
+
+/// "new is 7.1 % ± 0.8 % slower; worst: drawArrays, detail 64, 12 %."; a line a side.
+std::string verdictOf(const std::vector<Changes>& changes, double threshold);
+
+/// What they were measured on: a sentence for each, and one for each that is the same driver as the
+/// first.
+std::vector<std::string> sourcesOf(const std::vector<SideView>& sides);
+
+// Caveats.cpp: what has to be known beside the figures, a sentence each: how it ended, what the
+// machine did, which cells are missing or fail, what is not known precisely.
+
+std::vector<std::string> caveatsOf(const SideView& side, const Figures& figures);
+std::vector<std::string> caveatsOf(const std::vector<Changes>& changes, double threshold);
+
+/// On a cell of that index: why it has no figure, or what has to be known beside it; empty where
+/// there is nothing to say.
+std::string remarkOn(const SideView& side, std::size_t cell, bool hasFigure);
+
+}  // namespace survey

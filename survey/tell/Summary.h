@@ -1,0 +1,35 @@
+/// What is shown of sides in whatever form: the answer, what they were measured on, a table, and
+/// what has to be known beside it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "survey/judge/Changes.h"
+#include "survey/judge/Figures.h"
+#include "survey/tell/Grid.h"
+
+namespace survey {
+
+struct Summary {
+  std::string answer;
+  std::vector<std::string> sources;
+  Grid table;
+  std::vector<std::string> caveats;
+};
+
+Summary summaryOf(const SideView& side, const Figures& figures);
+Summary summaryOf(const std::vector<SideView>& sides, const std::vector<Changes>& changes,
+                  double threshold);
+
+/// The tables alone: a section for each group, best first, where leaders that cannot be told apart
+/// are marked with '=' and one that is alone with '>'; or one for each group and new side, a row a
+/// cell.
+Grid gridOf(const SideView& side, const Figures& figures);
+Grid gridOf(const std::vector<Changes>& changes);
+
+/// Without the caveats, which belong on standard error and into no report of somebody else's.
+std::string asText(const Summary& summary, bool colours);
+std::string asMarkdown(const Summary& summary);
+
+}  // namespace survey
