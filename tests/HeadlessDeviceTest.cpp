@@ -13,6 +13,7 @@
 
 #include "platform/headless/DeviceChoice.h"
 #include "platform/headless/DeviceNames.h"
+#include "platform/headless/HeadlessContext.h"
 #include "platform/headless/IsolatedCall.h"
 #include "platform/headless/RenderNodes.h"
 #include "platform/headless/Trouble.h"
@@ -46,7 +47,7 @@ TEST(HeadlessDevice, ATroubleIsToldAndHidesNoOther) {
     return true;
   };
   fakeDevices[2].start = [] { return false; };
-  fakeDevices[3].configs = 0;
+  fakeDevices[3].configs.clear();
   fakeDevices[4].listOfExtensions = nullptr;
   fakeDevices[5] = {.extensions = kSoftware, .name = "/dev/dri/no-such", .renderer = "llvmpipe"};
   fakeDevices[6].renderer = "Good Card/PCIe";
@@ -75,6 +76,22 @@ TEST(HeadlessDevice, ATroubleIsToldAndHidesNoOther) {
   EXPECT_EQ(hasHardwareDevice(), !renderNodes().empty());
   EXPECT_NE(troubleOf(listDevices).find("an EGL driver that was asked for its devices died"),
             std::string::npos);
+  whileListing = [] {};
+}
+
+TEST(HeadlessDevice, IsDrawnOnWithTheConfigNearestToAWindows) {
+  const FakeConfig best = {{EGL_RED_SIZE, 8}, {EGL_DEPTH_SIZE, 32}};
+  std::vector<FakeConfig> configs(7, best);
+  configs[0][EGL_DEPTH_SIZE] = 24;
+  configs[1][EGL_CONFIG_CAVEAT] = EGL_SLOW_CONFIG;
+  configs[2][EGL_SAMPLES] = 4;
+  configs[3][EGL_RED_SIZE] = 10;
+  configs[4][EGL_ALPHA_SIZE] = 8;
+  configs[6][EGL_STENCIL_SIZE] = 8;
+  fakeDevices.assign(1, {});
+  fakeDevices[0].configs = configs;
+  const HeadlessContext context(0, 1, 1);
+  EXPECT_EQ(fakeDevices[0].chosen, 5U);
 }
 
 /// Devices for choices, which keeps what is tried.

@@ -1,6 +1,8 @@
 // Every method's own operations, and what it builds and releases.
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
+#include <numeric>
 
 #include "engine/Support.h"
 #include "engine/methods/ImmediateModeFamily.h"
@@ -159,6 +161,37 @@ TEST_F(Methods, BuffersAreBuiltDrawnAndReleased) {
   fakeDriver.buffer.clear();
   EXPECT_EXIT(test->setDrawMethod(kDrawArraysWithStaticVBO), testing::ExitedWithCode(1),
               "no memory for a buffer of 176 bytes");
+}
+
+TEST_F(Methods, RowsHoldEveryAttributeWhereItsPointerSays) {
+  test->setDetail(2);
+  test->setDrawMethod(kDrawArraysWithStaticVBO);
+  const MeshArrays& a = test->getArrays();
+  float* const floats = &a.vertices->x;  // all arrays lie in one block
+  std::iota(floats, floats + 12UL * kBytesPerVertex / sizeof(float), 1.0F);
+  for (unsigned long variant = 0; variant < 64; ++variant) {
+    const auto bit = [=](int i) { return (variant >> i & 1) != 0; };
+    const bool units[8] = {bit(3), bit(4), false, false, false, false, false, bit(5)};
+    test->setNormals(bit(0));
+    test->setColor(bit(1));
+    test->setSecColor(bit(2));
+    test->setTexturing(units);
+    const VertexBufferRecord& row = test->getVertexBufferObjects()[1];  // mapped last
+    const auto expect = [&](bool sent, std::uint32_t offset, const auto* array) {
+      for (std::size_t i = 0; sent && i < 6; ++i) {
+        const auto* const vertex =
+            reinterpret_cast<const std::byte*>(fakeDriver.buffer.data()) + i * row.stride;
+        EXPECT_EQ(std::memcmp(vertex + offset, array + 6 + i, sizeof *array), 0) << variant;
+      }
+    };
+    expect(true, row.offsets.vertexOffset, a.vertices);
+    expect(bit(0), row.offsets.normalOffset, a.normals);
+    expect(bit(1) && !bit(0), row.offsets.colorOffset, a.colors);
+    expect(bit(2) && !bit(0), row.offsets.secondaryColorOffset, a.secondaryColors);
+    for (std::size_t unit = 0; unit < 8; ++unit) {
+      expect(units[unit], row.offsets.texCoordOffsets[unit], a.texCoords[unit]);
+    }
+  }
 }
 
 TEST_F(Methods, NativeRangesAndRowObjects) {

@@ -51,8 +51,10 @@ class Settings : public EngineTest {
     const auto rows = test->getVertexBufferObjects();
     append(rows.data(), rows.size_bytes());
     all += relative(drawFrame());
-    // Of the row or model that was mapped last.
-    append(fakeDriver.buffer.data(), rows.empty() ? sizeof(GLCoord3) * n : rows[0].byteSize);
+    // Of the row or model that was mapped last; copies of rows lie where their addresses say.
+    if (test->getVertexArrayObjects().empty()) {
+      append(fakeDriver.buffer.data(), rows.empty() ? sizeof(GLCoord3) * n : rows[0].byteSize);
+    }
     return all;
   }
 };

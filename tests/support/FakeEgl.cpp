@@ -24,11 +24,18 @@ const Egl& egl() {
       .bindAPI = [](EGLenum) -> EGLBoolean { return EGL_TRUE; },
       .chooseConfig = [](EGLDisplay display, const EGLint*, EGLConfig* configs, EGLint size,
                          EGLint* count) -> EGLBoolean {
-        *count = static_cast<FakeDevice*>(display)->configs;
-        std::fill_n(configs, std::min(size, *count), display);
+        auto& offered = static_cast<FakeDevice*>(display)->configs;
+        *count = static_cast<EGLint>(offered.size());
+        for (EGLint i = 0; i < std::min(size, *count); ++i) {
+          configs[i] = &offered[static_cast<std::size_t>(i)];
+        }
         return EGL_TRUE;
       },
-      .createContext = [](EGLDisplay display, EGLConfig, EGLContext, const EGLint*) -> EGLContext {
+      .createContext = [](EGLDisplay display, EGLConfig config, EGLContext,
+                          const EGLint*) -> EGLContext {
+        auto* const device = static_cast<FakeDevice*>(display);
+        device->chosen =
+            static_cast<std::size_t>(static_cast<FakeConfig*>(config) - device->configs.data());
         return display;
       },
       .createPbufferSurface = [](EGLDisplay display, EGLConfig, const EGLint*) -> EGLSurface {
@@ -36,7 +43,11 @@ const Egl& egl() {
       },
       .destroyContext = [](EGLDisplay, EGLContext) -> EGLBoolean { return EGL_TRUE; },
       .destroySurface = [](EGLDisplay, EGLSurface) -> EGLBoolean { return EGL_TRUE; },
-      .getConfigAttrib = [](EGLDisplay, EGLConfig, EGLint, EGLint*) -> EGLBoolean {
+      .getConfigAttrib = [](EGLDisplay, EGLConfig config, EGLint name,
+                            EGLint* value) -> EGLBoolean {
+        const auto& known = *static_cast<FakeConfig*>(config);
+        const auto found = known.find(name);
+        *value = found != known.end() ? found->second : name == EGL_CONFIG_CAVEAT ? EGL_NONE : 0;
         return EGL_TRUE;
       },
       .getCurrentContext = []() -> EGLContext { return currentDevice; },

@@ -1,6 +1,7 @@
 #include "tests/support/RecordingGl.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -24,6 +25,9 @@ void leaveTraces(const char* name) {
   if (const auto left = fakeDriver.errors.find(name); left != fakeDriver.errors.end()) {
     error = left->second;
   }
+  if (const auto happens = fakeDriver.meanwhile.find(name); happens != fakeDriver.meanwhile.end()) {
+    happens->second();
+  }
 }
 
 /// Gives names back that a command deletes: of buffers and objects one at a time.
@@ -39,12 +43,25 @@ void forget(GLsync fence) {
 template <typename... Arguments>
 void forget(Arguments... /*of other commands*/) {}
 
+/// Writes what a command gives the buffer.
+void store(GLenum /*target*/, GLintptrARB offset, GLsizeiptrARB size, const void* data) {
+  const auto start = static_cast<std::size_t>(offset);
+  const std::size_t whole = fakeDriver.buffer.size() * sizeof(float);
+  if (start < whole) {
+    std::memcpy(reinterpret_cast<std::byte*>(fakeDriver.buffer.data()) + start, data,
+                std::min(static_cast<std::size_t>(size), whole - start));
+  }
+}
+template <typename... Arguments>
+void store(Arguments... /*of other commands*/) {}
+
 auto keep(const char* name) {
   return [=](auto... arguments) {
     calls += call(name, arguments...);
     if (std::string_view(name).starts_with("glDelete")) {
       forget(arguments...);
     }
+    store(arguments...);
     leaveTraces(name);
   };
 }
@@ -140,6 +157,10 @@ GLboolean glUnmapBufferARB(GLenum target) {
 }
 
 // Questions change nothing and are not kept.
+void glReadPixels(GLint /*x*/, GLint /*y*/, GLsizei /*width*/, GLsizei /*height*/,
+                  GLenum /*format*/, GLenum /*type*/, void* /*pixels*/) {
+  leaveTraces("glReadPixels");
+}
 GLenum glGetError() {
   return std::exchange(error, GL_NO_ERROR);
 }

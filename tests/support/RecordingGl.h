@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <set>
 #include <sstream>
@@ -60,10 +61,12 @@ struct FakeDriver {
   std::set<GLuint> names;  ///< in use, of all kinds; a new one is the lowest that is free
   std::map<std::string, GLenum> errors;        ///< that calls leave, by name
   std::map<std::string, std::uint64_t> takes;  ///< microseconds on the fake clock, by name
+  std::map<std::string, std::function<void()>> meanwhile;  ///< what happens in calls, by name
   bool unmapSucceeds = true;
   std::vector<GLenum> waits;        ///< what waiting for a fence gives, from the last one on
   GLDEBUGPROC onMessage = nullptr;  ///< the last one set
-  std::vector<float> buffer = std::vector<float>(1 << 18);  ///< that gets mapped, whichever it is
+  std::vector<float> buffer =
+      std::vector<float>(1 << 18);  ///< that gets filled and mapped, whichever it is
 };
 
 extern FakeDriver fakeDriver;
