@@ -1,11 +1,20 @@
 # bash completion for sorvanta-survey
 
+# Files whose names match the pattern, and directories, on the way to others.
+_sorvanta_survey_files() {
+  compopt -o filenames 2>/dev/null
+  mapfile -t COMPREPLY < <({ compgen -d -- "$word"; compgen -f -X "!$1" -- "$word"; } | sort --unique)
+}
+
 _sorvanta_survey() {
-  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} offered
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} offered head=
   COMPREPLY=()
-  # A list's words follow each other after commas.
-  local head=
-  [[ $word == *,* ]] && head=${word%,*},
+  # --option=value is three words.
+  if [ "$word" = = ]; then
+    word=
+  elif [ "$before" = = ]; then
+    before=${COMP_WORDS[COMP_CWORD - 2]}
+  fi
   case $before in
     --methods)
       offered="ten all immediateMode arrayElement drawArrays compiledVertArray displayLists
@@ -16,7 +25,7 @@ _sorvanta_survey() {
       ;;
     --primitives) offered="all triStrip quadStrip lineStrip lines points quads triangles" ;;
     --json | --csv | --markdown | --html)
-      mapfile -t COMPREPLY < <(compgen -f -- "$word")
+      _sorvanta_survey_files '*'
       return
       ;;
     --details | --with | --seconds | --precision | --frame | --device | --seed | --patience | \
@@ -37,13 +46,18 @@ _sorvanta_survey() {
         compare | report)
           offered="--threshold --json --markdown --help"
           [ "${COMP_WORDS[1]}" = compare ] || offered="--html --help"
-          mapfile -t COMPREPLY < <(compgen -f -X '!*.json' -- "$word")
+          _sorvanta_survey_files '*.json'
           ;;
         devices) offered="--help" ;;
         *) offered="run versus compare report devices --help --version" ;;
       esac
       ;;
   esac
+  # A list's words follow each other after commas, so no blank comes after one.
+  if [[ $before == --methods || $before == --primitives ]]; then
+    compopt -o nospace 2>/dev/null
+    [[ $word != *,* ]] || head=${word%,*},
+  fi
   mapfile -t -O ${#COMPREPLY[@]} COMPREPLY < <(compgen -P "$head" -W "$offered" -- "${word#"$head"}")
 }
 
