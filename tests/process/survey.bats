@@ -105,12 +105,6 @@ FAULTS
   grep 'standard output cannot be written to\.$' <<<"$output"
 }
 
-@test "What is said where standard error is closed goes into no file" {
-  run -0 eval "SCRIPT=displayLists/triStrip/8=abort survey --seconds 1 --json a.json 2>&-"
-  python3 -m json.tool a.json >/dev/null
-  grep 'died of SIGABRT' <<<"$output"
-}
-
 @test "Tools for Google Benchmark read the files" {
   for file in a b; do
     SCRIPT=displayLists/triStrip/8=refuse survey --precision 20 --json "$file"
