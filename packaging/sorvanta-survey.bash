@@ -2,8 +2,9 @@
 
 # Files whose names match the pattern, and directories, on the way to others.
 _sorvanta_survey_files() {
-  compopt -o filenames 2>/dev/null
-  mapfile -t COMPREPLY < <({ compgen -d -- "$word"; compgen -f -X "!$1" -- "$word"; } | sort --unique)
+  compopt -o filenames 2>/dev/null || true
+  mapfile -t COMPREPLY < <({ compgen -d -- "$word" || true; compgen -f -X "!$1" -- "$word"; } |
+    sort --unique)
 }
 
 _sorvanta_survey() {
@@ -55,7 +56,7 @@ _sorvanta_survey() {
   esac
   # A list's words follow each other after commas, so no blank comes after one.
   if [[ $before == --methods || $before == --primitives ]]; then
-    compopt -o nospace 2>/dev/null
+    compopt -o nospace 2>/dev/null || true
     [[ $word != *,* ]] || head=${word%,*},
   fi
   mapfile -t -O ${#COMPREPLY[@]} COMPREPLY < <(compgen -P "$head" -W "$offered" -- "${word#"$head"}")

@@ -143,10 +143,15 @@ CULPRITS
   matches '(Detail (8|64), triStrip, (vertices alone|with -n -l0)\n> .*\n){4}'
 }
 
-# What Bash offers after these words, sorted.
+# What Bash offers after these words.
 completed() {
-  COMP_WORDS=(sorvanta-survey "$@" '')
-  COMP_CWORD=$(($# + 1))
+  completed_from "$@" ''
+}
+
+# The same while the last word is being written.
+completed_from() {
+  COMP_WORDS=(sorvanta-survey "$@")
+  COMP_CWORD=$#
   _sorvanta_survey
   printf '%s\n' "${COMPREPLY[@]}"
 }
@@ -164,4 +169,27 @@ completed() {
     completed "$command"
   done | grep -v help | sort -u | diff options -
   (echo all; echo ten; methods) | sort | diff <(completed run --methods | sort) -
+}
+
+@test "Completion goes on in lists, behind an equals sign, and into directories" {
+  # shellcheck disable=SC1091
+  source "$root/packaging/sorvanta-survey.bash"
+  mkdir results
+  touch results/new.json results.txt
+  for words in '--methods drawArrays,imm' '--methods = drawArrays,imm' '--primitives = lineS' \
+    '--json = res'; do
+    # shellcheck disable=SC2086  # several words
+    completed_from run $words
+  done >offered
+  completed_from compare res >>offered
+  completed_from compare results/ >>offered
+  diff offered - <<'END'
+drawArrays,immediateMode
+drawArrays,immediateMode
+lineStrip
+results
+results.txt
+results
+results/new.json
+END
 }
