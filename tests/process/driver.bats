@@ -5,7 +5,7 @@ load common
 # Drivers end the program in their own way where a library is loaded before the sanitizers'.
 export ASAN_OPTIONS=verify_asan_link_order=0
 
-@test "All cells are carried without an error" {
+@test "All cells are drawn without an error" {
   run -0 --separate-stderr "$survey" run --methods all --details 1,64 --frame 1 --seconds 100 \
     --precision 100 --csv table
   grep "^On .*$renderer" <<<"$output"

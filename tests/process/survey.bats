@@ -50,7 +50,7 @@ FAULTS
   [ "$(wc -l <"$WORKERS")" -le 8 ]  # six blocks, and two workers that it cost
 }
 
-@test "A cell that is not carried is a row that says so" {
+@test "A cell that the driver does not run is a row that says so" {
   SCRIPT=displayLists/triStrip/8=refuse run -0 --separate-stderr survey \
     --seconds 1 --csv table --markdown md
   grep 'does not run 1 cell' <<<"$stderr"
