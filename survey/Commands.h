@@ -20,7 +20,7 @@ int takeSitting(const SittingCommand& command, const std::vector<std::string>& w
 /// sides the last one speaks. Throws CannotRead.
 int compare(const CompareCommand& command);
 
-/// `report`: makes the page. Throws CannotRead and CannotPlot.
+/// `report`: makes the page. Throws CannotRead.
 int report(const ReportCommand& command);
 
 }  // namespace survey

@@ -3,201 +3,257 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
-#include <limits>
+#include <set>
 
 #include <fmt/format.h>
 
-#include "survey/tell/Gnuplot.h"
+#include "survey/tell/Html.h"
+#include "survey/tell/Sentences.h"
 
 namespace survey {
 namespace {
 
 /// A telephone's, so that letters stay readable there; wider pages show several side by side.
-constexpr int kWidth = 400;
-constexpr int kRowHeight = 15;
-constexpr int kFrameHeight = 62;  // axis, its tics and label
+constexpr double kWidth = 400;
+constexpr double kMargin = 16;  ///< for half of a tick's number
+constexpr double kRow = 16;
 
 constexpr const char* kColours[] = {"#0072B2", "#E69F00", "#009E73", "#D55E00",
                                     "#56B4E9", "#CC79A7", "#999999"};
-constexpr std::size_t kColourCount = std::size(kColours);
+constexpr const char* kDashes[] = {"none", "6 3", "2 2"};
 
 const char* colour(std::size_t index) {
-  return kColours[index % kColourCount];
+  return kColours[index % std::size(kColours)];
+}
+/// Colours repeat after seven lines; dashes do not.
+const char* dash(std::size_t index) {
+  return kDashes[index / std::size(kColours) % std::size(kDashes)];
 }
 
-/// Between single quotes gnuplot takes everything but these as it is.
-std::string quoted(std::string text) {
-  for (std::size_t place = 0; (place = text.find('\'', place)) != std::string::npos; place += 2) {
-    text.insert(place, 1, '\'');
-  }
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  return '\'' + text + '\'';
-}
-
-std::string styleOfAll() {
-  return fmt::format(
-      "set border 1 linecolor rgb '{0}'\nset tics nomirror textcolor rgb '{0}'\n"
-      "set key textcolor rgb '{0}'\nset xlabel textcolor rgb '{0}'\nset ylabel textcolor rgb "
-      "'{0}'\n"
-      "set grid x linecolor rgb '#999999' dashtype 3\nset datafile missing '?'\n",
-      kInk);
-}
-
-bool isFinite(const Interval& interval) {
+bool isKnown(const Interval& interval) {
   return std::isfinite(interval.low) && std::isfinite(interval.high);
 }
 
-std::string labelAt(const std::string& text, double y) {
+struct Scale {
+  double low;
+  double high;
+  double from;  ///< where `low` is drawn
+  double to;
+  bool logarithmic = false;
+
+  double operator()(double value) const {
+    const auto place = [this](double v) { return logarithmic ? std::log(v) : v; };
+    return from + (to - from) * (place(value) - place(low)) / (place(high) - place(low));
+  }
+};
+
+/// Round numbers between the ends, of which there is room for some seven.
+std::vector<double> ticksOf(const Scale& scale) {
+  std::vector<double> ticks;
+  if (scale.logarithmic) {
+    for (double decade = std::pow(10, std::floor(std::log10(scale.low))); decade <= scale.high;
+         decade *= 10) {
+      for (const double step : {1, 2, 5}) {
+        ticks.push_back(step * decade);
+      }
+    }
+  } else {
+    constexpr double kMost = 7;
+    double step = std::pow(10, std::floor(std::log10((scale.high - scale.low) / kMost)));
+    for (const double factor : {2.0, 2.5, 2.0}) {
+      step *= (scale.high - scale.low) / step > kMost ? factor : 1;
+    }
+    for (double i = std::ceil(scale.low / step); i * step <= scale.high; ++i) {
+      ticks.push_back(i * step);
+    }
+  }
+  std::erase_if(ticks, [&](double tick) { return tick < scale.low || tick > scale.high; });
+  return ticks;
+}
+
+std::string textAt(double x, double y, const std::string& text, const char* anchor = "start") {
+  return fmt::format("<text x=\"{:.1f}\" y=\"{:.1f}\" text-anchor=\"{}\">{}</text>\n", x, y, anchor,
+                     escaped(text));
+}
+
+std::string lineFrom(double x0, double y0, double x1, double y1, const char* attributes = "") {
+  return fmt::format("<line x1=\"{:.1f}\" y1=\"{:.1f}\" x2=\"{:.1f}\" y2=\"{:.1f}\" {}/>\n", x0, y0,
+                     x1, y1, attributes);
+}
+
+std::string box(double x, double y, double width, double height, const std::string& attributes) {
+  return fmt::format("<rect x=\"{:.1f}\" y=\"{:.1f}\" width=\"{:.1f}\" height=\"{:.1f}\" {}/>\n", x,
+                     y, width, height, attributes);
+}
+
+constexpr const char* kGrid = "stroke=\"#999\" stroke-opacity=\".5\" stroke-dasharray=\"2 3\"";
+constexpr const char* kInk = "stroke=\"currentColor\"";
+
+/// Numbers below a chart that ends at `bottom`, lines up from them, and what they are.
+std::string horizontalAxis(const Scale& x, const std::vector<double>& ticks, double bottom,
+                           const std::string& what) {
+  std::string svg;
+  for (const double tick : ticks) {
+    svg += lineFrom(x(tick), 0, x(tick), bottom, kGrid);
+    svg += textAt(x(tick), bottom + kRow, fmt::format("{:g}", tick), "middle");
+  }
+  return svg + lineFrom(x.from, bottom, x.to, bottom, kInk) +
+         textAt((x.from + x.to) / 2, bottom + 2 * kRow, what, "middle");
+}
+
+/// An interval along x, in the colour of what is around it.
+std::string whisker(double low, double high, double y) {
+  constexpr double kCap = 3;
+  return lineFrom(low, y, high, y) + lineFrom(low, y - kCap, low, y + kCap) +
+         lineFrom(high, y - kCap, high, y + kCap);
+}
+
+std::string element(const std::string& title, double height, const std::string& content) {
   return fmt::format(
-      "set label {} at graph 0, first {} left offset 0.3,0 textcolor rgb '{}' front\n",
-      quoted(text), y, kInk);
+      "<svg role=\"img\" viewBox=\"0 0 {0:g} {1:g}\" font-size=\"12\" fill=\"currentColor\">\n"
+      "<title>{2}</title>\n{3}</svg>\n",
+      kWidth, height, escaped(title), content);
+}
+
+/// What a verdict looks like, at a place that is translated to.
+struct Look {
+  Verdict verdict;
+  const char* colour;
+  const char* shape;
+};
+constexpr Look kLooks[] = {{Verdict::kSlower, "#D55E00", "<path d=\"M-5-4H5L0 5Z\"/>"},
+                           {Verdict::kFaster, "#0072B2", "<path d=\"M-5 4H5L0-5Z\"/>"},
+                           {Verdict::kSame, "#009E73", "<circle r=\"4\"/>"},
+                           {Verdict::kUndecided, "#999999", "<circle r=\"4\" fill=\"none\"/>"}};
+
+std::string marked(const Look& look, double x, double y) {
+  return fmt::format("<g transform=\"translate({:.1f} {:.1f})\">{}</g>\n", x, y, look.shape);
 }
 
 }  // namespace
 
-std::string Charts::draw(const std::string& title, const std::string& script, int height) {
-  return svgOf(styleOfAll() + script, kWidth, height, fmt::format("chart{}", ++drawn_), title);
-}
-
-std::string Charts::bars(const std::string& title, const std::vector<Bars>& bars,
-                         const std::vector<std::string>& names, const std::string& unit) {
-  const std::size_t rows = bars.size() * (names.size() + 1);
-  std::string script = fmt::format(
-      "set yrange [-{}.2:0.5]\nset xrange [0:*]\nunset ytics\nset xlabel {}\nset lmargin 2\n", rows,
-      quoted(unit));
-  std::vector<std::string> boxes(names.size());
-  std::string whiskers;
+std::string barChart(const std::string& title, const std::vector<Bars>& bars,
+                     const std::vector<std::string>& names, const std::string& unit) {
+  double most = 0;
+  for (const Bars& group : bars) {
+    for (const auto& value : group.values) {
+      most = value ? std::max({most, value->middle, isKnown(*value) ? value->high : 0}) : most;
+    }
+  }
+  const Scale x{0, most, kMargin, kWidth - kMargin};
+  std::string drawn;
   double y = 0;
   for (const Bars& group : bars) {
-    script += labelAt(group.label, y);
-    y -= 1;
-    for (std::size_t i = 0; i < names.size(); ++i, y -= 1) {
+    drawn += textAt(x.from, y += kRow, group.label);
+    y += kRow / 4;
+    for (std::size_t i = 0; i < names.size(); ++i, y += kRow) {
       if (const auto& value = group.values[i]) {
-        boxes[i] += fmt::format("0 {0} 0 {1} {2} {3}\n", y, value->middle, y - 0.42, y + 0.42);
-        whiskers += isFinite(*value)
-                        ? fmt::format("{} {} {} {}\n", value->middle, y, value->low, value->high)
-                        : "";
+        drawn += box(
+            x.from, y, x(value->middle) - x.from, kRow - 4,
+            fmt::format("fill=\"{}\"{}", colour(i), isKnown(*value) ? "" : " fill-opacity=\".4\""));
+        drawn += isKnown(*value) ? fmt::format("<g {}>{}</g>\n", kInk,
+                                               whisker(x(std::max(0.0, value->low)), x(value->high),
+                                                       y + kRow / 2 - 2))
+                                 : "";
       }
     }
   }
-  std::string plots;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    script +=
-        fmt::format("$bars{} << END\n{}END\n", i, boxes[i].empty() ? "? ? ? ? ? ?\n" : boxes[i]);
-    plots += fmt::format(
-        "$bars{} with boxxyerror fillstyle solid 1 noborder linecolor rgb '{}' "
-        "title {}, ",
-        i, colour(i), quoted(names[i]));
+  std::string svg = horizontalAxis(x, ticksOf(x), y, unit) + drawn;
+  y += 2 * kRow;
+  for (std::size_t i = 0; i < names.size() && names.size() > 1; ++i) {
+    y += kRow;
+    svg += box(x.from, y - 10, 10, 10, fmt::format("fill=\"{}\"", colour(i)));
+    svg += textAt(x.from + kRow, y, names[i]);
   }
-  script += fmt::format("$whiskers << END\n{}END\n", whiskers.empty() ? "? ? ? ?\n" : whiskers);
-  const bool hasKey = names.size() > 1;
-  script += hasKey ? "set key below maxcols 1 left Left reverse\n" : "unset key\n";
-  script += "plot " + plots +
-            fmt::format(
-                "$whiskers using 1:2:3:4 with xerrorbars linecolor rgb '{}' pointtype -1 "
-                "notitle\n",
-                kInk);
-  const std::size_t keyRows = hasKey ? names.size() : 0;
-  return draw(title, script, kFrameHeight + kRowHeight * static_cast<int>(rows + keyRows));
+  return element(title, y + kRow / 2, svg);
 }
 
-std::string Charts::lines(const std::string& title, const std::vector<Line>& lines,
-                          const std::string& unit) {
-  std::string script = fmt::format(
-      "set border 3\nset grid y linecolor rgb '#999999' dashtype 3\nset logscale xy\n"
-      "set xlabel 'detail'\nset ylabel {}\nset key below maxcols 1 left Left reverse\n",
-      quoted(unit));
-  std::vector<double> details;
-  double low = std::numeric_limits<double>::infinity();
-  double high = 0;
-  std::string plots;
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    script += fmt::format("$line{} << END\n", i);
-    for (const Point& point : lines[i].points) {
-      details.push_back(point.x);
-      const bool known = isFinite(point.y) && point.y.low > 0;
-      const Interval shown =
-          known ? point.y : Interval{point.y.middle, point.y.middle, point.y.middle};
-      low = std::min(low, shown.low);
-      high = std::max(high, shown.high);
-      script += fmt::format("{} {} {} {}\n", point.x, shown.middle, shown.low, shown.high);
+std::string lineChart(const std::string& title, const std::vector<Line>& lines,
+                      const std::string& unit) {
+  constexpr double kHeight = 280;
+  constexpr double kNumbers = 44;
+  std::set<double> details;
+  double low = lines.front().points.front().y.middle;
+  double high = low;
+  for (const Line& line : lines) {
+    for (const Line::Point& point : line.points) {
+      details.insert(point.x);
+      low = std::min(low, point.y.middle);
+      high = std::max(high, point.y.middle);
     }
-    script += "END\n";
-    // Colours repeat after seven lines; dashes and shapes do not.
-    constexpr std::size_t kShapes = 13;
-    plots += fmt::format(
-        "{}$line{} using 1:2:3:4 with yerrorlines linecolor rgb '{}' linewidth 1.5 dashtype {} "
-        "pointtype {} pointsize 0.6 title {}",
-        i == 0 ? "" : ", ", i, colour(i), 1 + i / kColourCount, 1 + i % kShapes,
-        quoted(lines[i].name));
   }
-  std::sort(details.begin(), details.end());
-  details.erase(std::unique(details.begin(), details.end()), details.end());
-  for (int exponent = -3; exponent < 6; ++exponent) {
-    const double decade = std::pow(10, exponent);
-    script += fmt::format("set ytics add ({}, {}, {})\n", decade, 2 * decade, 5 * decade);
+  const Scale x{*details.begin() / 1.2, *details.rbegin() * 1.2, kNumbers, kWidth - kMargin, true};
+  const Scale y{low / 1.2, high * 1.2, kHeight, kRow, true};
+  std::string svg = horizontalAxis(x, {details.begin(), details.end()}, kHeight, "detail");
+  for (const double tick : ticksOf(y)) {
+    svg += lineFrom(x.from, y(tick), x.to, y(tick), kGrid);
+    svg += textAt(x.from - 4, y(tick) + 4, fmt::format("{:g}", tick), "end");
   }
-  script += fmt::format("set xtics ({0})\nset xrange [{1}:{2}]\nset yrange [{3}:{4}]\nplot {5}\n",
-                        fmt::join(details, ", "), details.front() / 1.3, details.back() * 1.3,
-                        low / 1.1, high * 1.1, plots);
-  constexpr int kPlotHeight = 280;
-  return draw(title, script, kPlotHeight + kRowHeight * (2 + static_cast<int>(lines.size())));
+  svg += lineFrom(x.from, y.from, x.from, 0, kInk) + textAt(0, 10, unit);
+  double key = kHeight + 2 * kRow;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    std::string path;
+    std::string points;
+    for (const auto& [detail, rate] : lines[i].points) {
+      path += fmt::format("{}{:.1f} {:.1f}", path.empty() ? "M" : "L", x(detail), y(rate.middle));
+      points +=
+          fmt::format("<circle cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"2.5\"/>", x(detail), y(rate.middle));
+      if (isKnown(rate) && rate.low > y.low && rate.high < y.high) {
+        points += lineFrom(x(detail), y(rate.low), x(detail), y(rate.high));
+      }
+    }
+    key += kRow;
+    svg += fmt::format(
+        "<g stroke=\"{0}\" fill=\"{0}\"><path d=\"{1}\" fill=\"none\" stroke-width=\"1.5\" "
+        "stroke-dasharray=\"{2}\"/>{3}{4}</g>\n",
+        colour(i), path, dash(i), points,
+        lineFrom(x.from, key - 4, x.from + 2 * kRow, key - 4,
+                 fmt::format("stroke-width=\"2\" stroke-dasharray=\"{}\"", dash(i)).c_str()));
+    svg += textAt(x.from + 2.5 * kRow, key, lines[i].name);
+  }
+  return element(title, key + kRow / 2, svg);
 }
 
-std::string Charts::ratios(const std::string& title, const std::vector<Ratio>& ratios,
-                           const std::string& axis, double threshold) {
-  struct Look {
-    const char* colour;
-    Verdict verdict;
-    int shape;
-  };
-  constexpr Look kLooks[] = {{"#D55E00", Verdict::kSlower, 10},
-                             {"#0072B2", Verdict::kFaster, 8},
-                             {"#009E73", Verdict::kSame, 7},
-                             {"#999999", Verdict::kUndecided, 6}};
-  constexpr const char* kNames[] = {"slower", "faster", "same", "undecided"};
+std::string ratioChart(const std::string& title, const std::vector<Ratio>& ratios,
+                       const std::string& axis, double threshold) {
   const double part = threshold / 100;
   double low = 1 - 1.2 * part;
   double high = 1 + 1.2 * part;
-  std::string data[std::size(kLooks)];
-  std::string labels;
+  for (const Ratio& ratio : ratios) {
+    low = std::min({low, ratio.ratio.middle, isKnown(ratio.ratio) ? ratio.ratio.low : low});
+    high = std::max({high, ratio.ratio.middle, isKnown(ratio.ratio) ? ratio.ratio.high : high});
+  }
+  const double air = 0.03 * (high - low);
+  const Scale x{low - air, high + air, kMargin, kWidth - kMargin};
+  const double bottom = (2 * static_cast<double>(ratios.size()) + 0.5) * kRow;
+  std::string svg =
+      box(x(1 - part), 0, x(1 + part) - x(1 - part), bottom, "fill=\"#999\" fill-opacity=\".25\"") +
+      horizontalAxis(x, ticksOf(x), bottom, axis) + lineFrom(x(1), 0, x(1), bottom, kInk);
   double y = 0;
   for (const Ratio& ratio : ratios) {
-    labels += labelAt(ratio.label, y);
-    y -= 1;
-    const Interval shown =
-        isFinite(ratio.ratio) && ratio.ratio.low > 0
-            ? ratio.ratio
-            : Interval{ratio.ratio.middle, ratio.ratio.middle, ratio.ratio.middle};
-    low = std::min(low, shown.low);
-    high = std::max(high, shown.high);
-    for (std::size_t i = 0; i < std::size(kLooks); ++i) {
-      if (kLooks[i].verdict == ratio.verdict) {
-        data[i] += fmt::format("{} {} {} {}\n", shown.middle, y, shown.low, shown.high);
+    svg += textAt(x.from, y + 0.8 * kRow, ratio.label);
+    y += 2 * kRow;
+  }
+  double key = x.from;
+  for (const Look& look : kLooks) {
+    const std::string name(inWords(look.verdict));
+    std::string marks;
+    y = 1.5 * kRow;
+    for (const Ratio& ratio : ratios) {
+      if (ratio.verdict == look.verdict) {
+        marks += isKnown(ratio.ratio) ? whisker(x(ratio.ratio.low), x(ratio.ratio.high), y) : "";
+        marks += marked(look, x(ratio.ratio.middle), y);
       }
+      y += 2 * kRow;
     }
-    y -= 1;
+    const double below = bottom + 3 * kRow;
+    svg += fmt::format(
+        "<g class=\"{0}\" stroke=\"{1}\" fill=\"{1}\" stroke-width=\"1.5\">{2}{3}</g>\n", name,
+        look.colour, marks, marked(look, key + 6, below - 4));
+    svg += textAt(key + kRow, below, name);
+    key += kWidth / 4 - 4;
   }
-  const double margin = 0.05 * (high - low);
-  std::string script = fmt::format(
-      "set yrange [{}:0.5]\nset xrange [{}:{}]\nunset ytics\nset lmargin 2\n"
-      "set xlabel {}\nset xtics rotate by -45\n"
-      "set object 1 rectangle from {},graph 0 to {},graph 1 behind fillcolor rgb '#999999' "
-      "fillstyle solid 0.25 noborder\n"
-      "set arrow 1 from 1,graph 0 to 1,graph 1 nohead linecolor rgb '{}'\n{}",
-      y + 0.3, low - margin, high + margin, quoted(axis), 1 - part, 1 + part, kInk, labels);
-  script += "set key below maxrows 1 left Left reverse\n";
-  std::string plots;
-  for (std::size_t i = 0; i < std::size(kLooks); ++i) {
-    script += fmt::format("$verdict{} << END\n{}END\n", i, data[i].empty() ? "? ? ? ?\n" : data[i]);
-    plots += fmt::format(
-        "{}$verdict{} using 1:2:3:4 with xerrorbars linecolor rgb '{}' linewidth 1.5 pointtype {} "
-        "title '{}'",
-        i == 0 ? "" : ", ", i, kLooks[i].colour, kLooks[i].shape, kNames[i]);
-  }
-  constexpr int kSlantedTics = 30;
-  return draw(title, script + "plot " + plots + '\n',
-              kFrameHeight + kSlantedTics + kRowHeight * (3 + 2 * static_cast<int>(ratios.size())));
+  return element(title, bottom + 3.5 * kRow, svg);
 }
 
 }  // namespace survey

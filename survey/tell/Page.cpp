@@ -25,7 +25,7 @@ constexpr const char* kHead = R"(<!DOCTYPE html>
 @media (prefers-color-scheme: dark) {{ :root {{ --good: #4cc88f; --bad: #ff9a52; }} }}
 body {{ font: 16px/1.5 sans-serif; max-width: 80rem; margin: 0 auto; padding: 1rem; }}
 h1, h2, h3 {{ line-height: 1.2; }}
-.answer {{ font-size: 1.15rem; }}
+.answer {{ font-size: 1.15rem; white-space: pre-line; }}
 .charts {{ display: grid; grid-template-columns: repeat(auto-fill, minmax(min(22rem, 100%), 1fr)); gap: 1rem; }}
 figure {{ margin: 0; }}
 figcaption, caption {{ font-weight: bold; text-align: left; }}
@@ -162,7 +162,7 @@ std::vector<std::pair<Group, std::vector<std::string>>> groupsOf(const std::vect
   return groups;
 }
 
-std::string barCharts(const std::vector<Ranked>& sides, Charts& charts) {
+std::string barCharts(const std::vector<Ranked>& sides) {
   std::vector<std::string> names;
   names.reserve(sides.size());
   for (const Ranked& ranked : sides) {
@@ -170,9 +170,9 @@ std::string barCharts(const std::vector<Ranked>& sides, Charts& charts) {
   }
   std::string html;
   for (const auto& [group, methods] : groupsOf(sides)) {
-    std::vector<Charts::Bars> bars;
+    std::vector<Bars> bars;
     for (const std::string& method : methods) {
-      Charts::Bars row{method, {}};
+      Bars row{method, {}};
       for (const Ranked& ranked : sides) {
         const CellFigure* const found = figureIn(ranked, group, method);
         row.values.push_back(found == nullptr ? std::nullopt
@@ -182,14 +182,14 @@ std::string barCharts(const std::vector<Ranked>& sides, Charts& charts) {
     }
     if (!bars.empty()) {
       const std::string title = titleOf(group);
-      html += figure(title, charts.bars(title, bars, names, unitOf(group.primitive)));
+      html += figure(title, barChart(title, bars, names, unitOf(group.primitive)));
     }
   }
   return html;
 }
 
 /// For each primitive and attributes with several details.
-std::string lineCharts(const Ranked& ranked, const std::string& whose, Charts& charts) {
+std::string lineCharts(const Ranked& ranked, const std::string& whose) {
   std::string html;
   std::vector<std::pair<std::string, std::string>> done;
   for (const Group& first : ranked.figures.groups) {
@@ -198,7 +198,7 @@ std::string lineCharts(const Ranked& ranked, const std::string& whose, Charts& c
       continue;
     }
     done.push_back(kind);
-    std::vector<Charts::Line> lines;
+    std::vector<Line> lines;
     bool several = false;
     for (const Group& group : ranked.figures.groups) {
       if (std::pair(group.primitive, group.sent) != kind) {
@@ -220,7 +220,7 @@ std::string lineCharts(const Ranked& ranked, const std::string& whose, Charts& c
       const std::string title =
           fmt::format("Rates over detail, {}, {}{}", first.primitive, attributesInWords(first.sent),
                       whose.empty() ? "" : ", " + whose);
-      html += figure(title, charts.lines(title, lines, unitOf(first.primitive)));
+      html += figure(title, lineChart(title, lines, unitOf(first.primitive)));
     }
   }
   return html;
@@ -231,7 +231,7 @@ std::string tableAndCaveats(const Summary& summary) {
 }
 
 /// Sides, each ranked by itself, with their charts side by side; `level` is that of their headings.
-std::string rankingsOf(const std::vector<Ranked>& sides, int level, Charts& charts) {
+std::string rankingsOf(const std::vector<Ranked>& sides, int level) {
   const bool several = sides.size() > 1;
   const auto heading = [=](int below, const std::string& text) {
     return fmt::format("<h{0}>{1}</h{0}>\n", level + below, escaped(text));
@@ -245,11 +245,11 @@ std::string rankingsOf(const std::vector<Ranked>& sides, int level, Charts& char
     columns.emplace_back(ranked.name, ranked.side);
     html += several ? heading(1, ranked.name) : "";
     html += paragraph(summary.answer, "answer");
-    lines += lineCharts(ranked, several ? ranked.name : "", charts);
+    lines += lineCharts(ranked, several ? ranked.name : "");
     figures += heading(0, several ? ranked.name : "Figures") + tableAndCaveats(summary);
   }
   html += heading(0, "Measured on") + factsOf(columns);
-  html += heading(0, "Rates") + "<div class=\"charts\">\n" + barCharts(sides, charts) + lines;
+  html += heading(0, "Rates") + "<div class=\"charts\">\n" + barCharts(sides) + lines;
   return html +
          "</div>\n<p>Bars and points are rates; the lines through them are intervals of "
          "95&nbsp;%.</p>\n" +
@@ -257,8 +257,8 @@ std::string rankingsOf(const std::vector<Ranked>& sides, int level, Charts& char
 }
 
 /// The ratios of one side against the first.
-std::string ratioCharts(const Changes& changes, double threshold, Charts& charts) {
-  std::vector<std::pair<std::string, std::vector<Charts::Ratio>>> sections;
+std::string ratioCharts(const Changes& changes, double threshold) {
+  std::vector<std::pair<std::string, std::vector<Ratio>>> sections;
   for (const CellChange& cell : changes.cells) {
     const Cell& planned = changes.base.cell(cell.base);
     const std::string title = groupInWords(planned.detail, planned.primitive, planned.with);
@@ -274,12 +274,12 @@ std::string ratioCharts(const Changes& changes, double threshold, Charts& charts
   const std::string axis = changes.newer.name() + " / " + changes.base.name();
   std::string html;
   for (const auto& [title, ratios] : sections) {
-    html += figure(title, charts.ratios(title, ratios, axis, threshold));
+    html += figure(title, ratioChart(title, ratios, axis, threshold));
   }
   return html;
 }
 
-std::string comparisonOf(const NamedResult& named, Charts& charts) {
+std::string comparisonOf(const NamedResult& named) {
   const double threshold = named.result.threshold;
   const std::vector<SideView> sides = sidesOf(named.result);
   const std::vector<Changes> changes = changesOf(sides, threshold);
@@ -290,7 +290,7 @@ std::string comparisonOf(const NamedResult& named, Charts& charts) {
   for (const Changes& ofSide : changes) {
     html += fmt::format("<h3>Ratios of {} to {}</h3>\n<div class=\"charts\">\n{}</div>\n",
                         escaped(ofSide.newer.name()), escaped(ofSide.base.name()),
-                        ratioCharts(ofSide, threshold, charts));
+                        ratioCharts(ofSide, threshold));
   }
   html += fmt::format(
       "<p>A ratio below 1 is slower. The lines are intervals of 95&nbsp;%, the band is the "
@@ -300,27 +300,25 @@ std::string comparisonOf(const NamedResult& named, Charts& charts) {
   for (const SideView& side : sides) {
     ranked.push_back({side.name(), side, figuresOf(side)});
   }
-  return html + rankingsOf(ranked, 3, charts);
+  return html + rankingsOf(ranked, 3);
 }
 
 }  // namespace
 
 std::string pageOf(const std::vector<NamedResult>& results) {
   const std::string title = "OpenGL vertex throughput";
-  Charts charts;
   std::vector<Ranked> surveys;
   std::string comparisons;
   for (const NamedResult& named : results) {
     if (named.result.isComparison()) {
-      comparisons += comparisonOf(named, charts);
+      comparisons += comparisonOf(named);
     } else {
       const SideView side = sidesOf(named.result).front();
       surveys.push_back({named.name, side, figuresOf(side)});
     }
   }
   return fmt::format(fmt::runtime(kHead), title) + "<h1>" + title + "</h1>\n" +
-         (surveys.empty() ? "" : rankingsOf(surveys, 2, charts)) + comparisons +
-         "</body>\n</html>\n";
+         (surveys.empty() ? "" : rankingsOf(surveys, 2)) + comparisons + "</body>\n</html>\n";
 }
 
 }  // namespace survey

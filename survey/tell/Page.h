@@ -15,7 +15,6 @@ struct NamedResult {
 
 /// Surveys stand side by side, each comparison in a section of its own, with its sides ranked side
 /// by side below: what was measured on what, charts, tables, and what has to be known beside them.
-/// Throws CannotPlot.
 std::string pageOf(const std::vector<NamedResult>& results);
 
 }  // namespace survey

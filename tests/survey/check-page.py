@@ -22,14 +22,13 @@ words = "".join(page.itertext())
 for word in sys.argv[2:]:
     assert word in words, word
 
-print(sum(str(element.tag).endswith("svg") for element in page.iter()), "charts")
-for chart in (element for element in page.iter() if str(element.tag).endswith("svg")):
-    series = []
-    for plot in chart.iter():
-        name = "".join(plot.itertext()).strip()
-        if "_plot_" in (plot.get("id") or "") and name:
-            # One of the points is the key's.
-            points = sum(str(element.tag).endswith("use") for element in plot.iter()) - 1
-            series.append(f"{name} {points}")
-    if series:
-        print(", ".join(series))
+SVG = "{http://www.w3.org/2000/svg}"
+charts = list(page.iter(SVG + "svg"))
+print(len(charts), "charts")
+for chart in charts:
+    assert chart.findtext(SVG + "title"), "a chart without a title"
+    # One of the marks is the key's.
+    marks = {group.get("class"): len(group.findall(SVG + "g")) - 1
+             for group in chart.findall(SVG + "g") if group.get("class")}
+    if any(marks.values()):
+        print(", ".join(f"{name} {count}" for name, count in marks.items() if count))
