@@ -22,21 +22,31 @@ constexpr double kLeast = 0.001;
 constexpr double kMostPrecision = 100;
 constexpr double kMostThreshold = 90;
 
-void addOutputs(CLI::App& app, Outputs& outputs) {
-  app.add_option("--json", outputs.json, "write everything, in Google Benchmark's schema")
-      ->type_name("FILE");
-  app.add_option("--markdown", outputs.markdown, "write the table for a merge request")
-      ->type_name("FILE");
+void addFile(CLI::App& app, const char* option, std::string& path, const char* help) {
+  const CLI::Validator named(
+      [](const std::string& text) { return text.empty() ? "a file needs a name" : ""; }, "");
+  app.add_option(option, path, help)->type_name("FILE")->check(named);
 }
 
-/// Without the range in the help text: it says no more than the sentence on a value out of it.
+void addOutputs(CLI::App& app, Outputs& outputs) {
+  addFile(app, "--json", outputs.json, "write everything, in Google Benchmark's schema");
+  addFile(app, "--markdown", outputs.markdown, "write the table for a merge request");
+}
+
+/// Its sentences name the value and what it may be.
 CLI::Validator upTo(double most) {
-  const CLI::Validator number(
-      [](const std::string& text) {
-        return std::isnan(std::strtod(text.c_str(), nullptr)) ? text + " is no number" : "";
+  return CLI::Validator(
+      [=](const std::string& text) -> std::string {
+        char* end = nullptr;
+        const double number = std::strtod(text.c_str(), &end);
+        if (end != text.c_str() + text.size() || text.empty() || std::isnan(number)) {
+          return fmt::format("'{}' is no number", text);
+        }
+        return number < kLeast || number > most
+                   ? fmt::format("{} is not between {:g} and {:g}", text, kLeast, most)
+                   : "";
       },
       "");
-  return (CLI::Range(kLeast, most) & number).description("");
 }
 
 void addThreshold(CLI::App& app, double& threshold) {
@@ -79,7 +89,15 @@ void addSittingOptions(CLI::App& app, CellLists& lists, SittingCommand& command)
   app.add_flag("--on-screen", settings.onScreen,
                "draw the mesh where it is seen: fills pixels too");
   app.add_option("--seed", settings.seed, "of the order of visits; a random one unless given")
-      ->type_name("N");
+      ->type_name("N")
+      ->check(CLI::Validator(
+          [](const std::string& text) {
+            const bool digits = !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+              return c >= '0' && c <= '9';
+            });
+            return digits ? "" : fmt::format("'{}' is no whole number", text);
+          },
+          ""));
   app.add_option("--patience", settings.patience,
                  "seconds after which a silent worker counts as hung")
       ->type_name("S")
@@ -98,7 +116,7 @@ void addRunOptions(CLI::App& app, SittingCommand& run) {
       ->type_name("PERCENT")
       ->check(upTo(kMostPrecision))
       ->capture_default_str();
-  app.add_option("--csv", run.csv, "write a row a cell")->type_name("FILE");
+  addFile(app, "--csv", run.outputs.csv, "write a row a cell");
 }
 
 /// The sides as they are given, which are understood when all is parsed.
@@ -146,7 +164,8 @@ void addReportOptions(CLI::App& app, ReportCommand& report) {
   app.add_option("FILE.json", report.files, "files that run, versus or compare wrote")
       ->type_name("")
       ->required();
-  app.add_option("--html", report.html, "the page to write")->type_name("FILE")->required();
+  addFile(app, "--html", report.html, "the page to write");
+  app.get_option("--html")->required();
 }
 
 /// What all sittings have in common, once parsed.

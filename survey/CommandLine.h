@@ -1,6 +1,7 @@
 /// The survey's command line.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <variant>
 #include <vector>
@@ -14,10 +15,19 @@ constexpr double kDefaultThreshold = 5;
 /// short.
 constexpr double kFrameInTurns = 5;
 
-/// Files to write; none for an empty path.
+/// Files to write; none for an empty path, standard output for "-".
 struct Outputs {
-  std::string json;
-  std::string markdown;
+  std::string json{};
+  std::string markdown{};
+  std::string csv{};
+  std::string html{};
+
+  std::vector<std::string> paths() const { return {json, markdown, csv, html}; }
+  /// Whether one of them goes there, so that nothing else must.
+  bool takeStandardOutput() const {
+    const std::vector<std::string> all = paths();
+    return std::find(all.begin(), all.end(), "-") != all.end();
+  }
 };
 
 /// `run` and `versus`: take a sitting, of one side or of several.
@@ -25,7 +35,6 @@ struct SittingCommand {
   Record plan;           ///< its settings, cells, and the names and environments of its sides
   double threshold = 0;  ///< percent; of several sides
   Outputs outputs;
-  std::string csv;
   bool quiet = false;        ///< no progress
   bool unoptimised = false;  ///< go on although the build is slow
 };

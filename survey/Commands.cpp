@@ -1,7 +1,9 @@
 #include "survey/Commands.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 
 #include <fmt/format.h>
 
@@ -17,25 +19,36 @@
 namespace survey {
 namespace {
 
-/// Writes the files and prints; whether all of that could be done.
-bool tell(const Result& result, const Summary& summary, const Outputs& outputs) {
+bool isMeasured(const Result& result) {
+  return std::any_of(result.sittings.begin(), result.sittings.end(),
+                     [](const Record& record) { return !record.visits.empty(); });
+}
+
+/// Writes the files and prints; whether all of that could be done. `csv` makes a row a cell.
+bool tell(const Result& result, const Summary& summary, const Outputs& outputs,
+          const std::function<std::string()>& csv = {}) {
   // First the files: who reads standard output may have left.
-  bool written = wrote(outputs.json, [&] { return resultJson(result); });
-  written = wrote(outputs.markdown, [&] { return asMarkdown(summary); }) && written;
-  written = printed(asText(summary, wantsColours())) && written;
+  bool written = true;
+  const auto write = [&](const std::string& path, const std::function<std::string()>& content) {
+    written = (isMeasured(result) ? wrote(path, content) : keptOrWrote(path, content)) && written;
+  };
+  write(outputs.json, [&] { return resultJson(result); });
+  write(outputs.markdown, [&] { return asMarkdown(summary); });
+  write(outputs.csv, csv);
+  written = printed(asText(summary, wantsColours()), outputs.takeStandardOutput()) && written;
   for (const std::string& sentence : summary.caveats) {
     warn(sentence);
   }
   return written;
 }
 
-/// Of one side.
+/// Of one side. One without a single figure is none.
 int tellSurvey(const Result& result, const SittingCommand& command) {
   const SideView side = sidesOf(result).front();
   const Figures figures = figuresOf(side);
-  const bool written = wrote(command.csv, [&] { return csvOf(side, figures); });
-  return tell(result, summaryOf(side, figures), command.outputs) && written ? EXIT_SUCCESS
-                                                                            : EXIT_FAILURE;
+  const bool written =
+      tell(result, summaryOf(side, figures), command.outputs, [&] { return csvOf(side, figures); });
+  return written && isMeasured(result) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 /// Of several. A result that nobody can read counts as none.
@@ -84,12 +97,13 @@ Record sideIn(const std::string& path, const std::string& name) {
 
 int takeSitting(const SittingCommand& command, const std::vector<std::string>& worker) {
   requireReady(command);
+  const Interruption interruption;
   Result result{{command.plan}, command.threshold};
   Record& record = result.sittings.front();
   record.program = thisProgram();
   try {
     ProgressBar bar(!command.quiet);
-    takeSitting(record, worker,
+    takeSitting(record, worker, interruption,
                 {[&](const Record& seen) { return settledSoFar(seen, command.threshold); },
                  [&](const Progress& progress) {
                    bar.show(progress.part, progress.secondsLeft, progress.cell);
@@ -103,17 +117,22 @@ int takeSitting(const SittingCommand& command, const std::vector<std::string>& w
                      reason.what()));
     return kUnusable;
   }
+  if (record.ending == Ending::kInterrupted) {
+    warn("what is known by now is being written; a further signal waits for that.");
+  }
   return statusOf(record, result.isComparison() ? tellComparison(result, command.outputs)
                                                 : tellSurvey(result, command));
 }
 
 int compare(const CompareCommand& command) {
+  requirePlacesFor(command.outputs, {command.base, command.newer});
   return tellComparison(
       {{sideIn(command.base, "old"), sideIn(command.newer, "new")}, command.threshold},
       command.outputs);
 }
 
 int report(const ReportCommand& command) {
+  requirePlacesFor({.html = command.html}, command.files);
   std::vector<NamedResult> results;
   for (const std::string& path : command.files) {
     results.push_back({std::filesystem::path(path).stem().string(), resultIn(path)});

@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <string_view>
@@ -60,6 +61,7 @@ int follow(const Command& command) {
 
 int main(int argc, char** argv) {
   occupyClosedStreams();
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that grows too large is one that cannot be written
   try {
     if (argc == 3 && argv[1] == kWorkerWord) {
       return work(Descriptor(std::atoi(argv[2])));

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <memory>
 #include <numeric>
+#include <regex>
 
 #include <fmt/format.h>
 #include <wordexp.h>
@@ -41,10 +43,23 @@ bool isAssignment(std::string_view word) {
          });
 }
 
-const char* whyNot(int error) {
+/// The first variable in the words that is not set, as "$NAME"; empty where none is seen.
+std::string unsetVariable(const std::string& words) {
+  static const std::regex variable(R"(\$\{?([A-Za-z_][A-Za-z_0-9]*))");
+  for (std::sregex_iterator at(words.begin(), words.end(), variable), end; at != end; ++at) {
+    if (std::getenv(at->str(1).c_str()) == nullptr) {
+      return '$' + at->str(1);
+    }
+  }
+  return "";
+}
+
+std::string whyNot(int error, const std::string& words) {
   switch (error) {
-    case WRDE_BADVAL:
-      return "a variable in it is not set";
+    case WRDE_BADVAL: {
+      const std::string name = unsetVariable(words);
+      return (name.empty() ? "a variable in it" : name) + " is not set";
+    }
     case WRDE_CMDSUB:
       return "commands are not run";
     case WRDE_SYNTAX:
@@ -85,7 +100,8 @@ std::vector<std::string> assignmentsIn(const std::string& words, const std::stri
   const int error = wordexp(words.c_str(), &expanded, WRDE_NOCMD | WRDE_UNDEF);
   const std::unique_ptr<wordexp_t, void (*)(wordexp_t*)> owner(&expanded, wordfree);
   if (error != 0) {
-    throw Unusable(fmt::format("{} '{}' cannot be understood: {}", option, words, whyNot(error)));
+    throw Unusable(
+        fmt::format("{} '{}' cannot be understood: {}", option, words, whyNot(error, words)));
   }
   std::vector<std::string> assignments(expanded.we_wordv, expanded.we_wordv + expanded.we_wordc);
   for (const std::string& word : assignments) {

@@ -207,7 +207,8 @@ std::vector<std::vector<bool>> decidedSoFar(const Record& record, double thresho
 }
 
 BisectionStatus bisectionStatusOf(const Changes& changes) {
-  bool open = changes.cells.empty() || changes.overall.mayBeSlower || !changes.newDies.empty();
+  bool open = changes.cells.empty() || changes.overall.mayBeSlower || !changes.newDies.empty() ||
+              changes.newStopped();
   bool slower = !changes.newFails.empty() || changes.overall.verdict == Verdict::kSlower;
   for (const CellChange& cell : changes.cells) {
     slower = slower || cell.change.verdict == Verdict::kSlower;

@@ -60,6 +60,9 @@ struct Changes {
   /// Percent that the machine's own speed moved by between two sittings, where that is known; the
   /// intervals of sides that did not draw in turns are wider by so much at either end.
   double moved = 0;
+
+  /// Whether workers of the new side started at first, and then no more.
+  bool newStopped() const { return newer.side().started() && !newer.side().whyNoWorker.empty(); }
 };
 
 /// Of all sides but the first, in order; `threshold` in percent.

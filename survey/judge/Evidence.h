@@ -24,7 +24,7 @@ struct Evidence {
   std::optional<Estimate> overall;        ///< the mean over the cells; none without any
   std::vector<std::size_t> notInOverall;  ///< cells left out of it: of one block each, so that
                                           ///< nobody knows how far they scatter
-  double widening = 0;  ///< of every interval, at either end
+  double widening = 0;                    ///< of every interval, at either end
 };
 
 Evidence evidenceOf(const SideView& base, const SideView& newer);

@@ -26,7 +26,7 @@ Interruption::Interruption() {
 }
 
 Interruption::~Interruption() {
-  // A second Ctrl-C, or the SIGTERM that follows one, must not end what is done with the first.
+  // Nor must the second one end the program now, when all is written.
   for (signalfd_siginfo arrived{}; read(descriptor, &arrived, sizeof arrived) > 0;) {
   }
   close(descriptor);

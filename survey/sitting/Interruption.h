@@ -11,7 +11,8 @@ struct Interrupted {
 };
 
 /// While it lives, SIGINT, SIGTERM and SIGHUP interrupt no code; they make its descriptor readable.
-/// One that was ignored at the start (nohup) stays so.
+/// One that was ignored at the start (nohup) stays so. Keep it until what a signal ends early is
+/// written: the second Ctrl-C must not lose what the first one left.
 class Interruption {
  public:
   /// Throws std::system_error.

@@ -17,11 +17,12 @@ constexpr std::size_t kFirstLook = 6;
 
 class Sitting {
  public:
-  Sitting(Record& planned, const std::vector<std::string>& command, const Onlookers& others)
+  Sitting(Record& planned, const std::vector<std::string>& command,
+          const Interruption& interruption, const Onlookers& others)
       : record(planned),
         onlookers(others),
         turns(planned.settings.seed),
-        workers(planned, command, turns),
+        workers(planned, command, interruption, turns),
         settled(planned.sides.size(), std::vector<bool>(planned.cells.size(), false)) {
     record.machine = thisMachine();
     record.before = machineNow();
@@ -244,8 +245,8 @@ class Sitting {
 }  // namespace
 
 void takeSitting(Record& record, const std::vector<std::string>& command,
-                 const Onlookers& onlookers) {
-  Sitting(record, command, onlookers).take();
+                 const Interruption& interruption, const Onlookers& onlookers) {
+  Sitting(record, command, interruption, onlookers).take();
 }
 
 }  // namespace survey

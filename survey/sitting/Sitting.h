@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "survey/data/Record.h"
+#include "survey/sitting/Interruption.h"
 
 namespace survey {
 
@@ -37,10 +38,10 @@ struct Onlookers {
 /// Takes the sitting that the record plans with its settings, its cells and its sides' names and
 /// environments, and fills in all that it saw. `command` is what every worker is.
 ///
-/// It ends when everything is settled, the time is up or a signal comes, and when the first side,
-/// or all others, can start no further worker. A cell that has made two workers of a side fail is
-/// not drawn by that side again. Throws CannotBegin.
+/// It ends when everything is settled, the time is up or a signal comes through `interruption`, and
+/// when the first side, or all others, can start no further worker. A cell that has made two
+/// workers of a side fail is not drawn by that side again. Throws CannotBegin.
 void takeSitting(Record& record, const std::vector<std::string>& command,
-                 const Onlookers& onlookers);
+                 const Interruption& interruption, const Onlookers& onlookers);
 
 }  // namespace survey

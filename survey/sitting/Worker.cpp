@@ -70,16 +70,18 @@ Answer Worker::ask(const std::string& request, milliseconds patience) {
     }
   } catch (const Failure& failure) {
     process.kill();
-    throw WorkerFault(failure.what(), side);
+    throw WorkerFault(withoutFullStop(failure.what()), side);
   }
   fault("sent what is no answer");
 }
 
 bool Worker::waitForAnswer(milliseconds patience) {
-  const auto deadline = steady_clock::now() + patience;
+  constexpr milliseconds kFarTooLate{1000};
+  auto deadline = steady_clock::now() + patience;
   bool listening = true;  // to standard error, until that is closed
   for (;;) {
-    const auto left = std::chrono::ceil<milliseconds>(deadline - steady_clock::now());
+    const auto began = steady_clock::now();
+    const auto left = std::chrono::ceil<milliseconds>(deadline - began);
     pollfd waiting[] = {{socket.get(), POLLIN, 0},
                         {interruption.get(), POLLIN, 0},
                         {listening ? process.words().get() : -1, POLLIN, 0}};
@@ -98,6 +100,10 @@ bool Worker::waitForAnswer(milliseconds patience) {
     }
     if (left.count() <= 0) {
       return false;
+    }
+    // Stopped meanwhile, as the worker was (Ctrl-Z): that is not the worker's silence.
+    if (steady_clock::now() - began > left + kFarTooLate) {
+      deadline = steady_clock::now() + patience;
     }
   }
 }

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <system_error>
+#include <tuple>
 
+#include <fmt/format.h>
 #include <sched.h>
 
 namespace survey {
@@ -41,9 +44,11 @@ bool isOfSide(const std::string& complaint, const Side& side) {
 
 }  // namespace
 
-Workers::Workers(Record& record, const std::vector<std::string>& command, Turns& turns)
+Workers::Workers(Record& record, const std::vector<std::string>& command,
+                 const Interruption& interruption, Turns& turns)
     : record_(record),
       command_(command),
+      interruption_(interruption),
       turns_(turns),
       core_(lastCore()),
       workers_(record.sides.size()),
@@ -73,7 +78,15 @@ std::unique_ptr<Worker> Workers::start(std::size_t index) {
   ChildProcess::Launch launch{command_, side.environment};
   launch.environment.push_back("SORVANTA_SURVEY_PADDING=" +
                                std::string(turns_.below(kMostPadding), 'x'));
-  auto worker = std::make_unique<Worker>(index, launch, interruption_);
+  std::unique_ptr<Worker> worker;
+  try {
+    worker = std::make_unique<Worker>(index, launch, interruption_);
+  } catch (const std::system_error& error) {
+    throw WorkerFault(fmt::format("could not get a process ({}); end other programs, or raise the "
+                                  "limits (ulimit -u, ulimit -n)",
+                                  error.what()),
+                      index);
+  }
   // The first worker tries the devices; the others take the one that it found.
   const Driver driver =
       worker->begin({side.started() ? std::to_string(side.driver.number) : record_.settings.device,
@@ -83,6 +96,13 @@ std::unique_ptr<Worker> Workers::start(std::size_t index) {
     if (isOfSide(complaint, side)) {
       throw WorkerFault(complaint, index);
     }
+  }
+  // The first worker, which tries the devices, may have loaded more files.
+  const auto nameOf = [](const Driver& d) { return std::tie(d.device, d.renderer, d.version); };
+  if (side.started() && nameOf(side.driver) != nameOf(driver)) {
+    throw WorkerFault(
+        fmt::format("found another driver than before: {}, {}", driver.renderer, driver.version),
+        index);
   }
   side.driver = driver;
   return worker;

@@ -17,8 +17,9 @@ namespace survey {
 class Workers {
  public:
   /// `command` is what every worker is, `record` what their sides are and where their drivers are
-  /// noted; both must outlive this. All draw on one core, where there is a choice.
-  Workers(Record& record, const std::vector<std::string>& command, Turns& turns);
+  /// noted; all that is given must outlive this. All draw on one core, where there is a choice.
+  Workers(Record& record, const std::vector<std::string>& command, const Interruption& interruption,
+          Turns& turns);
 
   /// Starts one where the side has none, with its context; no two have the same heap or stack. The
   /// side's driver is what it found. After some that fail to start, throws the last one's
@@ -41,8 +42,8 @@ class Workers {
 
   Record& record_;
   const std::vector<std::string>& command_;
+  const Interruption& interruption_;
   Turns& turns_;
-  Interruption interruption_;
   std::optional<unsigned int> core_;
   std::vector<std::unique_ptr<Worker>> workers_;
   std::vector<std::size_t> numbers_;

@@ -83,7 +83,9 @@ std::string answerOf(const SideView& side, const Figures& figures) {
 std::string sourceOf(const SideView& side) {
   const Driver& driver = side.side().driver;
   const Machine& machine = side.record->machine;
-  std::string text = fmt::format("On {}, {}", driver.renderer, driver.version);
+  std::string text = side.side().started()
+                         ? fmt::format("On {}, {}", driver.renderer, driver.version)
+                         : "On no driver, as no worker was started";
   text += driver.software ? " (a software renderer)" : "";
   text += machine.processor.empty() ? "" : fmt::format("; {}", machine.processor);
   text += fmt::format(", {} processors", machine.processors);

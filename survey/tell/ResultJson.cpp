@@ -9,6 +9,7 @@
 #include "survey/tell/Files.h"
 #include "survey/tell/ResultParts.h"
 #include "survey/tell/Sentences.h"
+#include "survey/tell/Soundness.h"
 
 namespace survey {
 
@@ -118,6 +119,24 @@ void addAnswers(Json& own, const Result& result) {
   }
 }
 
+class WrongFormat : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+Result resultIn(const nlohmann::json& own) {
+  switch (const int format = own.at("format")) {
+    case 1:
+      return resultOfFormatOne(own);
+    case kFormat:
+      return {own.at("sittings").get<std::vector<Record>>(), own.value("threshold", 0.0)};
+    default:
+      throw WrongFormat(
+          fmt::format("this result is of format {}, and this version reads formats 1 and {} only",
+                      format, kFormat));
+  }
+}
+
 }  // namespace
 
 std::string resultJson(const Result& result) {
@@ -143,18 +162,12 @@ Result resultOf(std::string_view text) {
                                  : "this is no result of sorvanta-survey");
   }
   try {
-    const auto& own = json.at("sorvanta");
-    switch (const int format = own.at("format")) {
-      case 1:
-        return resultOfFormatOne(own);
-      case kFormat:
-        return {own.at("sittings").get<std::vector<Record>>(), own.value("threshold", 0.0)};
-      default:
-        throw std::runtime_error(
-            fmt::format("this result is of format {}, and this version reads formats 1 and {} only",
-                        format, kFormat));
-    }
-  } catch (const nlohmann::json::exception& error) {
+    const Result result = resultIn(json.at("sorvanta"));
+    requireSound(result);
+    return result;
+  } catch (const WrongFormat&) {
+    throw;
+  } catch (const std::exception& error) {
     throw std::runtime_error(fmt::format("this result is damaged: {}", error.what()));
   }
 }

@@ -23,7 +23,7 @@ std::string direction(const Interval& ratio) {
 std::string changeInWords(const Interval& ratio) {
   const double reach = kPercent * ratio.halfWidth();
   return fmt::format("{} ± {} {}", percentOf(ratio),
-                     std::isfinite(reach) ? fmt::format("{:.1f} %", reach) : "?", direction(ratio));
+                     reach < kPercent ? fmt::format("{:.1f} %", reach) : "?", direction(ratio));
 }
 
 std::string cellInWords(const Cell& cell) {
@@ -109,6 +109,10 @@ std::string verdictOf(const Changes& changes, double threshold) {
   if (!changes.newDies.empty()) {
     parts.push_back(fmt::format("undecided whether {} fails in {} that it drew at first", name,
                                 cellsInWords(changes.newDies.size())));
+  }
+  if (changes.newStopped()) {
+    parts.push_back(fmt::format(
+        "undecided whether {} still works, as no further worker could be started", name));
   }
   if (!changes.cells.empty()) {
     parts.push_back(verdictOnCells(changes, threshold));

@@ -15,6 +15,9 @@
 namespace survey {
 namespace {
 
+/// A sitting of a day takes a tenth of it.
+constexpr std::size_t kLargestFile = std::size_t{1} << 30;
+
 [[noreturn]] void fail(const std::string& path) {
   throw std::system_error(errno, std::generic_category(), path);
 }
@@ -29,6 +32,18 @@ void writeAll(int descriptor, std::string_view content, const std::string& path)
   }
 }
 
+/// That of the file that is replaced, or what a new one gets.
+mode_t modeFor(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) == 0) {
+    constexpr mode_t kPermissions = 0777;
+    return status.st_mode & kPermissions;
+  }
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666 & ~mask;
+}
+
 void writeBeside(const std::string& path, std::string_view content) {
   std::string beside = path + ".XXXXXX";
   const Descriptor file(mkostemp(beside.data(), O_CLOEXEC));
@@ -36,10 +51,8 @@ void writeBeside(const std::string& path, std::string_view content) {
     fail(path);
   }
   try {
-    const mode_t mask = umask(0);
-    umask(mask);
     writeAll(file.get(), content, path);
-    if (fchmod(file.get(), 0666 & ~mask) != 0 || fsync(file.get()) != 0 ||
+    if (fchmod(file.get(), modeFor(path)) != 0 || fsync(file.get()) != 0 ||
         std::rename(beside.c_str(), path.c_str()) != 0) {
       fail(path);
     }
@@ -55,11 +68,16 @@ bool isWrittenBeside(const std::string& path) {
   return !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
 }
 
-/// Through a link, what it points to is replaced.
+/// Through links, also where the last one points to nothing yet.
 std::string targetOf(const std::string& path) {
+  namespace fs = std::filesystem;
+  constexpr int kMostLinks = 40;
   std::error_code unknown;
-  const auto target = std::filesystem::weakly_canonical(path, unknown);
-  return unknown ? path : target.string();
+  fs::path target = path;
+  for (int i = 0; i < kMostLinks && fs::is_symlink(target, unknown); ++i) {
+    target = target.parent_path() / fs::read_symlink(target, unknown);
+  }
+  return target.string();
 }
 
 }  // namespace
@@ -72,10 +90,12 @@ void requirePlaceFor(const std::string& path) {
     errno = EISDIR;
     fail(path);
   }
-  const bool beside = isWrittenBeside(path);
+  if (std::filesystem::exists(path) && access(path.c_str(), W_OK) != 0) {
+    fail(path);
+  }
   const std::string directory = std::filesystem::path(targetOf(path)).parent_path().string();
-  const std::string place = !beside ? path : directory.empty() ? "." : directory;
-  if (access(place.c_str(), beside ? W_OK | X_OK : W_OK) != 0) {
+  if (isWrittenBeside(path) &&
+      access(directory.empty() ? "." : directory.c_str(), W_OK | X_OK) != 0) {
     fail(path);
   }
 }
@@ -104,6 +124,10 @@ std::string wholeFile(const std::string& path) {
       fail(path);
     }
     content.append(part, count > 0 ? static_cast<std::size_t>(count) : 0);
+    if (content.size() > kLargestFile) {
+      errno = EFBIG;
+      fail(path);
+    }
   }
   return content;
 }

@@ -35,6 +35,13 @@ check() {
 
 @test "A report says what it lacks" {
   "$scripted" run "${cells[@]}" --seconds 1 --json a.json
+  # The page's name forgotten: a result is no place for a page.
+  cp a.json b
+  run -255 report --html a.json b
+  matches '.*a.json holds a result, which would be lost; .*'
+  run -255 report a.json --html a.json
+  matches '.*a.json is named twice; .*'
+  cmp a.json b
   run -255 report b.json --html page
   matches '.*b.json cannot be read.*'
   run -1 report a.json --html /nonexistent/p

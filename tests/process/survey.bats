@@ -80,6 +80,37 @@ FAULTS
   grep 'Ended early, after .* no further worker could be started: it found no device\.$' <<<"$stderr"
 }
 
+@test "A second signal loses nothing" {
+  "$scripted" run "${cells[@]}" --json known --seconds 100 --precision 0.001 >out 2>errors 3>&- &
+  wait_until test -s "$WORKERS"
+  sleep 1
+  kill -TERM $!
+  sleep 0.1
+  kill -HUP $!
+  status=0
+  wait $! || status=$?
+  [ "$status" = 143 ]
+  grep Detail out
+  grep sorvanta known
+}
+
+@test "A sitting without a figure fails, and leaves the file that was there" {
+  survey --seconds 1 --json a.json >/dev/null 2>&1
+  cp a.json before.json
+  SCRIPT='drawArrays/triStrip/8=refuse displayLists/triStrip/8=refuse' run -1 --separate-stderr \
+    "$scripted" run --methods drawArrays,displayLists --details 8 --unoptimised --json a.json
+  grep 'nothing was measured; a.json stays as it was\.$' <<<"$stderr"
+  cmp a.json before.json
+  chmod 600 a.json
+  ln -s b.json link
+  survey --seconds 1 --json a.json >/dev/null 2>&1
+  survey --seconds 1 --json link >/dev/null 2>&1
+  [ "$(stat -c %a a.json)" = 600 ] && [ -L link ] && grep sorvanta b.json
+  run -0 --separate-stderr survey --seconds 1 --json -
+  grep '^"sorvanta"' <<<"$output"
+  grep 'Fastest for' <<<"$stderr"
+}
+
 @test "A controller that is killed takes its worker along" {
   SCRIPT=drawArrays/triStrip/64=silence "$scripted" run "${cells[@]}" >out 2>&1 3>&- &
   wait_until test -s "$WORKERS"
@@ -126,7 +157,12 @@ run --details 8,4096|'4096' is no detail.*
 run --metods all|'--metods' is no option; did you mean '--methods'\?
 run 5|'5' has no meaning here
 rum|'rum' is no command; did you mean 'run'\?
-run --seconds soon|.*--seconds.*
+run --seconds soon|--seconds: 'soon' is no number
+run --seconds 1,5|--seconds: '1,5' is no number
+run --seed ''|--seed: '' is no whole number
+run --seed -1|--seed: '-1' is no whole number
+run --json ''|--json: a file needs a name
+run --json a --csv a|a is named twice; .*
 |.*
 CULPRITS
   run -0 "$scripted" --version

@@ -80,6 +80,23 @@ displayLists + - +fails +\[1\]
   matches 'undecided: there was not enough time .*'
 }
 
+@test "A new side that starts at first and then no more leaves it undecided" {
+  run -125 --separate-stderr versus --base '' --new SCRIPT=begin=later
+  first_line
+  matches 'undecided whether new still works, as no further worker could be started; .*'
+}
+
+@test "Every new side is held against the base, and the worst one is the answer" {
+  run -1 --separate-stderr versus --base '' --new SPEED=all=1.001 --new SPEED=all=0.8 \
+    --new SCRIPT=begin=fail --json three.json
+  matches "new1 is the same as base .*
+new2 is 20\.. % ± .* slower; .*
+new3 fails in 4 cells .*
+$anything"
+  run -0 "$scripted" report three.json --html three.html
+  run -255 versus --base '' --new A=1 --new A=2 --new-name one
+}
+
 @test "A base side that cannot be used stops a bisection" {
   run -255 versus --base SCRIPT=begin=fail --new ''
   matches '.*the base side cannot be used, as no worker of it could be started: found no device\.'
@@ -129,7 +146,7 @@ displayLists + - +fails +\[1\]
 --base '' --new 'A="'|not closed
 --base ''|--new is required
 --base '' --new '' --threshold 0|--threshold
---base '' --new '' --frame nan|nan is no number
+--base '' --new '' --frame nan|'nan' is no number
 --base '' --new '' --base-name new|names that differ
 --base '' --new '' --methds all|did you mean '--methods'
 --base '' --new '' --json /nonexistent/file --seconds 1|cannot be written

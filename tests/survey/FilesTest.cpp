@@ -142,6 +142,36 @@ TEST(ResultJson, SaysWhatIsWrongWithAFile) {
   }
 }
 
+TEST(ResultJson, IsNotBelievedUnread) {
+  const auto sound = nlohmann::json::parse(resultJson({{exampleRecord()}}));
+  const std::pair<const char*, nlohmann::json> damages[] = {
+      {"/visits/0/cell", 7},
+      {"/visits/0/block", 1u << 31},
+      {"/visits/0/frames", {}},
+      {"/visits/0/frames/0/0/0", 0},
+      {"/visits/0/frames/0/0/1", -1},
+      {"/visits/0/frames/0/0/2", "x"},
+      {"/visits/0/cell", 2},
+      {"/sides", nlohmann::json::array()},
+      {"/sides/0/cells/0/answer", {}},
+      {"/sides/0/cells/0/answer/callsPerModel", 0},
+      {"/sides/0/cells/0/answer/runsAs", "refused"},
+      {"/cells/0/detail", 0},
+      {"/cells/0/detail", 1e300},
+      {"/speeds", {0}},
+      {"/settings/precision", "1"}};
+  for (const auto& [place, value] : damages) {
+    auto json = sound;
+    json["sorvanta"]["sittings"][0][nlohmann::json::json_pointer(place)] = value;
+    try {
+      const Result read = resultOf(json.dump());
+      ADD_FAILURE() << place;
+    } catch (const std::runtime_error& error) {
+      EXPECT_EQ(std::string(error.what()).find("this result is damaged: "), 0U) << error.what();
+    }
+  }
+}
+
 TEST(Numbers, HaveThreeDigitsThatCount) {
   const std::pair<double, std::string> numbers[] = {
       {183.4, "183"},    {35.44, "35.4"}, {7.024, "7.02"}, {9.996, "10.0"}, {999.6, "1000"},
