@@ -2,8 +2,10 @@
 #include <iostream>
 
 #include "engine/SorvantaTest.h"
+#include "engine/Support.h"
 #include "perf/Clock.h"
 #include "platform/gl/Driver.h"
+#include "platform/process/Sentences.h"
 
 namespace {
 
@@ -21,6 +23,9 @@ void SorvantaTest::draw() {
     return;
   }
   const DrawMethodTraits& method = traitsOf(drawMethod);
+  if (method.makeRetained != nullptr && retainedModel == nullptr) {
+    endWith(supportOf(*this, drawMethod).sentence);
+  }
 
   setModelView();
   glEnable(GL_BLEND);

@@ -136,7 +136,9 @@ class SorvantaTest {
   // Frame.cpp.
 
   /// Draws and measures one frame, and adds its figure to the history: millions of triangles (of
-  /// quads where countsQuads) per second. Does nothing before initGL.
+  /// quads where countsQuads) per second. Does nothing before initGL. Ends the program with the
+  /// sentence of supportOf where the method draws from a model of a class of its own and that
+  /// cannot be made.
   void draw();
   /// The history's mean without the two highest and the two lowest samples.
   float performance() const;
@@ -191,8 +193,7 @@ class SorvantaTest {
   // methods/RetainedModel.cpp: the methods that have a class of their own.
   ModelSource modelSource() const;
   void rebuildRetainedModel();
-  /// Ends the program with the sentence of supportOf where there is none to bind.
-  void bindRetainedModel();
+  void bindRetainedModel();  ///< needs one to have been made
   void drawRetainedModel(int reps);
   void releaseRetainedModel();
   void deleteRetainedModel();

@@ -2,9 +2,7 @@
 #include "engine/methods/RetainedModel.h"
 
 #include "engine/SorvantaTest.h"
-#include "engine/Support.h"
 #include "platform/gl/Driver.h"
-#include "platform/process/Sentences.h"
 
 ModelSource SorvantaTest::modelSource() const {
   return {layout, arrays, rowLayout(), primitiveMode};
@@ -18,9 +16,6 @@ void SorvantaTest::rebuildRetainedModel() {
 }
 
 void SorvantaTest::bindRetainedModel() {
-  if (retainedModel == nullptr) {
-    endWith(supportOf(*this, drawMethod).sentence);
-  }
   retainedModel->bind();
 }
 
