@@ -9,16 +9,16 @@ Support supportOf(const SorvantaTest& test, DrawMethod method) {
   const DrawMethodTraits& traits = traitsOf(method);
   if (const char* const missing = traits.missing != nullptr ? traits.missing(driver()) : nullptr) {
     return {RunsAs::kRefused, std::string("this OpenGL driver has no ") + missing +
-                                  ", which the method " + rowOf(method)->word + " draws with."};
+                                  ", which the method " + rowOf(method)->word + " needs."};
   }
   const std::size_t bytes = traits.modelsInBuffer * test.modelSource().byteSize();
   if (bytes > kLargestBuffer) {
-    return {
-        RunsAs::kRefused,
-        "the method " + std::string(rowOf(method)->word) + " would need a buffer of " +
-            std::to_string(bytes) + " bytes for this model, and buffers above " +
-            std::to_string(kLargestBuffer) +
-            " are not made, as drivers fail with them; use a smaller detail or fewer attributes."};
+    return {RunsAs::kRefused, "the method " + std::string(rowOf(method)->word) +
+                                  " would need a buffer of " + std::to_string(bytes) +
+                                  " bytes for this model, and buffers above " +
+                                  std::to_string(kLargestBuffer) +
+                                  " are never made, because drivers fail with them; use a smaller "
+                                  "detail or fewer attributes."};
   }
   const unsigned int most = test.maxVertexArraySize();
   if (traits.rangeVertices != nullptr && (test.*traits.rangeVertices)() > most) {
@@ -37,10 +37,11 @@ Support supportOfColors(const SorvantaTest& test) {
   if (!wanted || !traitsOf(test.getDrawMethod()).sendsArrays) {
     return {};
   }
-  return {RunsAs::kOther,
-          std::string("beside normals the method ") + rowOf(test.getDrawMethod())->word +
-              " sends no colours, as all array methods; immediateMode and displayLists send them, "
-              "so their figures cannot be compared with this one's."};
+  return {
+      RunsAs::kOther,
+      std::string("beside normals the method ") + rowOf(test.getDrawMethod())->word +
+          " sends no colours, like all array methods; immediateMode and displayLists send them, "
+          "so their figures cannot be compared with this one's."};
 }
 
 Support supportOfMacros() {

@@ -38,8 +38,8 @@ TEST_F(CommandLine, OptionsReachTheTestObject) {
   }
   apply("-u");
   EXPECT_FALSE(contains(drawFrame(), "glCopyTexImage2D"));
-  EXPECT_EXIT(setUpOn(""); apply("-M compiledVertArray"), testing::ExitedWithCode(1),
-                           "compiledVertArray draws with");
+  EXPECT_EXIT(setUpOn("");
+              apply("-M compiledVertArray"), testing::ExitedWithCode(1), "compiledVertArray needs");
 }
 
 TEST_F(CommandLine, OptionsReachTheReportAndTheWindow) {

@@ -58,7 +58,7 @@ TEST_F(DriverLimits, AreToldAsWhatCannotRunAndWhatRunsAsSomethingElse) {
   expectSupport(kDrawArraysWithVertArrayRng, RunsAs::kOther, "at most 0 vertices here" + plain);
   expectSupport(kDrawCompiledVertArray, RunsAs::kRefused,
                 "this OpenGL driver has no compiled vertex arrays, which the method "
-                "compiledVertArray draws with.");
+                "compiledVertArray needs.");
   test->setNormals(true);
   EXPECT_EQ(supportOfColors(*test).as, RunsAs::kItself);
   test->setSecColor(true);

@@ -143,10 +143,12 @@ TEST(DeviceChoice, TakesTheOneWantedOrNone) {
   EXPECT_EQ(choice.wanting("7600"), "3");
   EXPECT_EQ(choice.wanting("renderD128"), "1");
   for (const std::string nothing : {"4", "-1", "0x1", "Radeon 6800", "1 "}) {
-    EXPECT_EQ(choice.wanting(nothing), "SORVANTA_DEVICE=" + nothing + " fits no graphics device");
+    EXPECT_EQ(choice.wanting(nothing),
+              "SORVANTA_DEVICE=" + nothing + " matches no graphics device");
     EXPECT_EQ(choice.tried, "0123");  // or the list would lack names
   }
-  EXPECT_EQ(choice.wanting("radeon"), "SORVANTA_DEVICE=radeon fits more than one graphics device");
+  EXPECT_EQ(choice.wanting("radeon"),
+            "SORVANTA_DEVICE=radeon matches more than one graphics device");
   choice.devices[3].trouble = "broken.";
   for (const char* broken : {"3", "7600"}) {
     EXPECT_EQ(choice.wanting(broken),

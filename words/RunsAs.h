@@ -1,4 +1,4 @@
-/// As what a driver runs what it is asked to draw.
+/// Whether a driver runs a draw method as itself, as something else, or not at all.
 #pragma once
 
 enum class RunsAs {

@@ -50,12 +50,12 @@ const char* rowRangesStandIn(const Driver& driver) {
 }
 
 const char* missingMultiDraw(const Driver& driver) {
-  return driver.multiDraw ? missingVertexBufferObjects(driver) : "drawing of many strips at once";
+  return driver.multiDraw ? missingVertexBufferObjects(driver) : "glMultiDrawArrays";
 }
 
 const char* missingMultiDrawIndirect(const Driver& driver) {
   return driver.multiDrawIndirect ? missingVertexBufferObjects(driver)
-                                  : "drawing of many strips from a buffer of draws";
+                                  : "glMultiDrawArraysIndirect";
 }
 
 const char* missingPrimitiveRestart(const Driver& driver) {
@@ -64,7 +64,7 @@ const char* missingPrimitiveRestart(const Driver& driver) {
 }
 
 const char* missingMapBufferRange(const Driver& driver) {
-  return driver.mapBufferRange ? missingMultiDraw(driver) : "mapping of a buffer's range";
+  return driver.mapBufferRange ? missingMultiDraw(driver) : "glMapBufferRange";
 }
 
 const char* missingPersistentMapping(const Driver& driver) {

@@ -9,7 +9,7 @@
 constexpr GLbitfield kAllAttribGroups = 0x000FFFFF;
 
 /// Draws the model `reps` times by calling `drawModel`; with `thrash` every repetition saves and
-/// restores all attribute groups. Repetitions without it carry no trace of the choice.
+/// restores all attribute groups. Without it the loop tests for nothing.
 template <std::integral Count, typename DrawModel>
 void repeatModel(Count reps, bool thrash, DrawModel drawModel) {
   if (thrash) {

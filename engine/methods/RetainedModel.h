@@ -21,8 +21,8 @@ struct ModelSource {
   void interleave(void* out) const { interleaveRow(vertex, arrays, 0, layout.vertexCount, out); }
 };
 
-/// Owns its GL objects: the context must be current when it is made and when it goes. Its making
-/// may leave in force what bind sets.
+/// Owns its GL objects: the context must be current when it is made and when it is destroyed.
+/// Making it may leave in force what bind sets.
 class RetainedModel {
  public:
   RetainedModel() = default;

@@ -11,7 +11,7 @@ bool canPrompt() {
   static const bool able = [] {
     const bool started = startGtk();
     if (!started) {
-      warn("windows cannot be opened on this display; prompts count as cancelled.");
+      warn("windows cannot be opened on this display; prompts are treated as cancelled.");
     }
     return started;
   }();

@@ -1,5 +1,5 @@
-/// Memory that the driver gives, and what happens when it has none. Figures of draws from nothing
-/// would be no figures.
+/// Memory that the driver gives, and what happens when it has none. A figure of draws from
+/// an empty buffer would mean nothing.
 #pragma once
 
 #include <cstddef>

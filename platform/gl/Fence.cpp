@@ -19,7 +19,7 @@ void Fence::pass() {
     found = glClientWaitSync(sync_, GL_SYNC_FLUSH_COMMANDS_BIT, kOneSecond);
   }
   if (found == GL_WAIT_FAILED) {
-    endWith("the driver failed while it was waited for.");
+    endWith("waiting for the driver to finish drawing failed.");
   }
   remove();
 }

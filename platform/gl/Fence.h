@@ -1,4 +1,4 @@
-/// Knowing when the driver is done with what it was told (GL_ARB_sync).
+/// Tells when the driver has finished the calls made so far (GL_ARB_sync).
 #pragma once
 
 #include "platform/gl/GL.h"

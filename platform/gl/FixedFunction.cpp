@@ -36,6 +36,7 @@ std::string whyNoFixedFunction() {
   return hasFixedFunction()
              ? ""
              : "this OpenGL context (" + rendererLine() +
-                   ") has no fixed function, which all methods draw with; a compatibility profile "
-                   "is needed. Unset what asks for another, such as MESA_GL_VERSION_OVERRIDE.";
+                   ") has no fixed-function pipeline, which all methods need; a compatibility "
+                   "profile is needed. Unset what asks for another, such as "
+                   "MESA_GL_VERSION_OVERRIDE.";
 }

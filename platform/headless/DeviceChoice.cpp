@@ -34,7 +34,7 @@ HeadlessDevice& findByName(std::span<HeadlessDevice> devices, std::string_view p
   if (found.size() != 1) {
     throw HeadlessTrouble(
         kVariable + ("=" + std::string(part)) +
-        (found.empty() ? " fits no graphics device" : " fits more than one graphics device") +
+        (found.empty() ? " matches no graphics device" : " matches more than one graphics device") +
         "; give a number or a part of a name from this list:\n" + describeDevices(devices));
   }
   return *found.front();
@@ -120,7 +120,7 @@ std::string cardLeftOut(std::span<const HeadlessDevice> devices,
     return "";
   }
   const std::string forbidden = whyForbidden(*unlisted);
-  return "No EGL driver here takes the graphics card behind " + unlisted->string() + ": " +
+  return "No EGL driver here supports the graphics card behind " + unlisted->string() + ": " +
          (!forbidden.empty()
               ? forbidden
               : "install the card's own, or for Mesa's the packages libegl-mesa0 and "

@@ -102,7 +102,7 @@ HeadlessContext::HeadlessContext(unsigned int device, int width, int height) {
   context_ = {makeContext(display_.get(), config_),
               [this](void* context) { egl().destroyContext(display_.get(), context); }};
   if (context_ == nullptr) {
-    throw HeadlessTrouble("the device's driver makes no OpenGL context (" + takeEglError() +
+    throw HeadlessTrouble("the device's driver cannot make an OpenGL context (" + takeEglError() +
                           "); install another driver for it or use another device.");
   }
   resize(width, height);
@@ -130,9 +130,9 @@ void HeadlessContext::resize(int width, int height) {
   Made buffer = makeBuffer(width, height);
   if (buffer == nullptr ||
       egl().makeCurrent(display_.get(), buffer.get(), buffer.get(), context_.get()) == EGL_FALSE) {
-    throw HeadlessTrouble("the device's driver makes no pixel buffer of " + std::to_string(width) +
-                          " by " + std::to_string(height) + " pixels (" + takeEglError() +
-                          "); ask for a smaller one.");
+    throw HeadlessTrouble("the device's driver cannot make a pixel buffer of " +
+                          std::to_string(width) + " by " + std::to_string(height) + " pixels (" +
+                          takeEglError() + "); ask for a smaller one.");
   }
   buffer_ = std::move(buffer);
 }

@@ -18,7 +18,7 @@ const Suspect kSomeDriver = {"an EGL driver that was asked for its devices",
 
 const Suspect kDriver = {"the device's driver", "reinstall it or use another device"};
 
-/// What a device is called that has no context to tell.
+/// The name of a device on which no context was made yet.
 std::string provisionalName(const EglDevice& device) {
   std::string name = device.name();
   if (name.empty()) {

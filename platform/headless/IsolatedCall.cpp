@@ -86,7 +86,7 @@ int statusOf(pid_t child) {
   int status = 0;
   while (waitpid(child, &status, 0) < 0) {
     if (errno != EINTR) {
-      return EXIT_SUCCESS;  // it goes to someone else, what the child sent has to do
+      return EXIT_SUCCESS;  // someone else has taken it; what the child sent tells the rest
     }
   }
   return status;

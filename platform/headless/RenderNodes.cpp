@@ -45,7 +45,7 @@ std::string whyForbidden(const std::filesystem::path& node) {
     case EACCES:
       return joinTheGroup(node);
     case EPERM:  // the file's mode allows it, the container's rules do not
-      return node.string() + " is closed to this container; start it with --device " +
+      return node.string() + " cannot be opened inside this container; start it with --device " +
              node.string() + '.';
     default:
       return "";

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A file's claim, which is looked at before anything is allocated for it. Reading anything but a
+/// Checks the size that the file claims before anything is allocated for it. Reading anything but a
 /// regular file could wait for ever.
 bool canBeDecoded(const std::string& path) {
   std::error_code error;

@@ -46,7 +46,7 @@ said='Sorvanta: there is no display; running headless on .+\n'
   run -1 bin/Sorvanta -r 5
   matches 'Sorvanta: .* locate resource = OpenGLLogo.jpg .*'
   SORVANTA_DEVICE=99 run -1 "$sorvanta" -r 5
-  matches 'Sorvanta: SORVANTA_DEVICE=99 fits no graphics device; .*\n(  [0-9]+: .+\n)+'
+  matches 'Sorvanta: SORVANTA_DEVICE=99 matches no graphics device; .*\n(  [0-9]+: .+\n)+'
   echo '{"file_format_version": "1.0.0", "ICD": {"library_path": "none"}}' >none.json
   __EGL_VENDOR_LIBRARY_FILENAMES=$PWD/none.json run -1 "$sorvanta" -r 5
   matches 'Sorvanta: no EGL driver here offers the device platform, .*'

@@ -202,7 +202,7 @@ obscured="xwininfo -root -tree | grep -Em1 'Obscuring|SorvantaTest' | grep ' 128
   run -1 "$sorvanta" -indirect -r 1
   matches 'Sorvanta: no OpenGL: .*'
   MESA_GL_VERSION_OVERRIDE=3.3FC run -1 "$sorvanta" -r 1
-  matches 'Sorvanta: this OpenGL context .* has no fixed function.*'
+  matches 'Sorvanta: this OpenGL context .* has no fixed-function pipeline.*'
   lost='Sorvanta: standard output cannot be written.*'
   for options in "-r 600 -avg" "-r -1 -terse"; do
     run -1 eval "$sorvanta $options 2>&1 >/dev/full"
