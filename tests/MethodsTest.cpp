@@ -1,6 +1,6 @@
 // Every method's own operations, and what it builds and releases.
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <iostream>
 #include <numeric>
 
@@ -177,11 +177,13 @@ TEST_F(Methods, RowsHoldEveryAttributeWhereItsPointerSays) {
     test->setSecColor(bit(2));
     test->setTexturing(units);
     const VertexBufferRecord& row = test->getVertexBufferObjects()[1];  // mapped last
+    const auto bytesOf = [](const auto* from) { return reinterpret_cast<const std::byte*>(from); };
     const auto expect = [&](bool sent, std::uint32_t offset, const auto* array) {
       for (std::size_t i = 0; sent && i < 6; ++i) {
-        const auto* const vertex =
-            reinterpret_cast<const std::byte*>(fakeDriver.buffer.data()) + i * row.stride;
-        EXPECT_EQ(std::memcmp(vertex + offset, array + 6 + i, sizeof *array), 0) << variant;
+        const std::byte* const wanted = bytesOf(array + 6 + i);
+        EXPECT_TRUE(std::equal(wanted, wanted + sizeof *array,
+                               bytesOf(fakeDriver.buffer.data()) + i * row.stride + offset))
+            << variant;
       }
     };
     expect(true, row.offsets.vertexOffset, a.vertices);
