@@ -6,11 +6,11 @@ unset DISPLAY
 said='Sorvanta: there is no display; running headless on .+\n'
 
 @test "It reports and ends as in a window" {
-  run -0 --separate-stderr "$sorvanta" -r 2
+  run -0 --separate-stderr "$sorvanta" -r 5 -o
   matches ' .+, .+\n([0-9.]+ MTri/sec\n){2,}'
   output=$stderr
   matches "$said"
-  DISPLAY='' run -1 --separate-stderr "$sorvanta" -r 1 -regress 1e6 0.5 -M drawArrays
+  DISPLAY='' run -1 --separate-stderr "$sorvanta" -r 5 -o -regress 1e6 0.5 -M drawArrays
   matches ' [0-9.]+ MTri/sec'
   run -130 timeout --preserve-status -s INT 2 "$sorvanta" -r 600
   run -0 eval "(set +o pipefail; $sorvanta -r 600 -o 2>said | head -1 | wc -l

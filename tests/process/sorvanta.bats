@@ -48,13 +48,13 @@ ${usage# }" ]
 }
 
 @test "Figures come per frame or on average, and a regression is the status" {
-  run -0 "$sorvanta" -r 2
+  run -0 "$sorvanta" -r 5
   matches ' .+, .+\n([0-9.]+ MTri/sec\n){2,}'
-  run -0 "$sorvanta" -terse -p quads -r 2
+  run -0 "$sorvanta" -terse -p quads -r 3
   matches ' ([0-9.]+ MQuad/sec\n)+'
-  run -0 "$sorvanta" -r 1 -o -avg -M drawArrays -d 256
+  run -0 "$sorvanta" -r 3 -o -avg -M drawArrays -d 256
   matches ' .+, .+\n[0-9.]+ MTri/sec'
-  run -1 "$sorvanta" -r 1 -regress 1e6 0.5
+  run -1 "$sorvanta" -r 3 -o -regress 1e6 0.5
   matches ' [0-9.]+ MTri/sec'
   run -0 "$sorvanta" -r -5 -avg
   matches ' .+\nSorvanta: .* before a figure was recorded.*\n-?nan MTri/sec'
@@ -211,7 +211,7 @@ obscured="xwininfo -root -tree | grep -Em1 'Obscuring|SorvantaTest' | grep ' 128
   run -1 eval "$sorvanta -r 600 2>&1 >&-"
   matches "$lost"
   # What it says must not go to the X server, where its connection takes standard error's place.
-  run -0 eval "timeout 60 $sorvanta -r 1 -terse -avg -w 0 <&- 2>&-"
+  run -0 eval "timeout 60 $sorvanta -r 3 -o -terse -avg -w 0 <&- 2>&-"
   matches ' [0-9.]+ MTri/sec'
   [ "$("$sorvanta" -r 600 | head -1 | wc -l)" = 1 ]
   run -130 timeout --preserve-status -s INT 2 "$sorvanta" -r 600

@@ -21,7 +21,7 @@ Detail 64(?s:.*)'
 
 @test "A fault costs its cell with the reason" {
   while read -r deed reason; do
-    SCRIPT=displayLists/triStrip/8=$deed run -0 --separate-stderr survey --patience 3
+    SCRIPT=displayLists/triStrip/8=$deed run -0 --separate-stderr survey --patience 3 --seconds 8
     [ "$(grep -c failed <<<"$stderr")" = 1 ]
     matches "$anything> +drawArrays +102$anything displayLists +- .*\[1\]\n${anything}displayLists +101$anything\n\[1\] $reason"
   done <<'FAULTS'
