@@ -15,8 +15,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "survey/statistics/Estimate.h"
 #include "survey/statistics/Averages.h"
+#include "survey/statistics/Estimate.h"
 
 namespace {
 
