@@ -35,18 +35,17 @@ void addOutputs(CLI::App& app, Outputs& outputs) {
 
 /// Its sentences name the value and what it may be.
 CLI::Validator upTo(double most) {
-  return CLI::Validator(
-      [=](const std::string& text) -> std::string {
-        char* end = nullptr;
-        const double number = std::strtod(text.c_str(), &end);
-        if (end != text.c_str() + text.size() || text.empty() || std::isnan(number)) {
-          return fmt::format("'{}' is no number", text);
-        }
-        return number < kLeast || number > most
-                   ? fmt::format("{} is not between {:g} and {:g}", text, kLeast, most)
-                   : "";
-      },
-      "");
+  return {[=](const std::string& text) -> std::string {
+            char* end = nullptr;
+            const double number = std::strtod(text.c_str(), &end);
+            if (end != text.c_str() + text.size() || text.empty() || std::isnan(number)) {
+              return fmt::format("'{}' is no number", text);
+            }
+            return number < kLeast || number > most
+                       ? fmt::format("{} is not between {:g} and {:g}", text, kLeast, most)
+                       : "";
+          },
+          ""};
 }
 
 void addThreshold(CLI::App& app, double& threshold) {

@@ -91,7 +91,7 @@ std::vector<std::vector<Frame>> framesInTurns(const std::vector<Worker*>& worker
       disturbed = disturbed || drawn.disturbed;
       frames[side].push_back(drawn);
     }
-    begins = (begins + 1) % count;
+    ++begins;
   };
   for (int i = 0; i < length.first; ++i) {
     drawRound();

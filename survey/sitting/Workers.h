@@ -38,7 +38,7 @@ class Workers {
   std::optional<unsigned int> core() const { return core_; }
 
  private:
-  std::unique_ptr<Worker> start(std::size_t side);
+  std::unique_ptr<Worker> start(std::size_t index);
 
   Record& record_;
   const std::vector<std::string>& command_;
