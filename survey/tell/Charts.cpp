@@ -51,10 +51,12 @@ struct Scale {
 std::vector<double> ticksOf(const Scale& scale) {
   std::vector<double> ticks;
   if (scale.logarithmic) {
-    for (double decade = std::pow(10, std::floor(std::log10(scale.low))); decade <= scale.high;
-         decade *= 10) {
+    const auto exponentOf = [](double value) {
+      return static_cast<int>(std::floor(std::log10(value)));
+    };
+    for (int exponent = exponentOf(scale.low); exponent <= exponentOf(scale.high); ++exponent) {
       for (const double step : {1, 2, 5}) {
-        ticks.push_back(step * decade);
+        ticks.push_back(step * std::pow(10, exponent));
       }
     }
   } else {
@@ -63,8 +65,9 @@ std::vector<double> ticksOf(const Scale& scale) {
     for (const double factor : {2.0, 2.5, 2.0}) {
       step *= (scale.high - scale.low) / step > kMost ? factor : 1;
     }
-    for (double i = std::ceil(scale.low / step); i * step <= scale.high; ++i) {
-      ticks.push_back(i * step);
+    const auto last = std::lround(scale.high / step);
+    for (auto i = std::lround(scale.low / step); i <= last; ++i) {
+      ticks.push_back(static_cast<double>(i) * step);
     }
   }
   std::erase_if(ticks, [&](double tick) { return tick < scale.low || tick > scale.high; });
@@ -86,8 +89,8 @@ std::string box(double x, double y, double width, double height, const std::stri
                      y, width, height, attributes);
 }
 
-constexpr const char* kGrid = "stroke=\"#999\" stroke-opacity=\".5\" stroke-dasharray=\"2 3\"";
-constexpr const char* kInk = "stroke=\"currentColor\"";
+constexpr const char* kGrid = R"(stroke="#999" stroke-opacity=".5" stroke-dasharray="2 3")";
+constexpr const char* kInk = R"(stroke="currentColor")";
 
 /// Numbers below a chart that ends at `bottom`, lines up from them, and what they are.
 std::string horizontalAxis(const Scale& x, const std::vector<double>& ticks, double bottom,
@@ -121,10 +124,10 @@ struct Look {
   const char* colour;
   const char* shape;
 };
-constexpr Look kLooks[] = {{Verdict::kSlower, "#D55E00", "<path d=\"M-5-4H5L0 5Z\"/>"},
-                           {Verdict::kFaster, "#0072B2", "<path d=\"M-5 4H5L0-5Z\"/>"},
-                           {Verdict::kSame, "#009E73", "<circle r=\"4\"/>"},
-                           {Verdict::kUndecided, "#999999", "<circle r=\"4\" fill=\"none\"/>"}};
+constexpr Look kLooks[] = {{Verdict::kSlower, "#D55E00", R"(<path d="M-5-4H5L0 5Z"/>)"},
+                           {Verdict::kFaster, "#0072B2", R"(<path d="M-5 4H5L0-5Z"/>)"},
+                           {Verdict::kSame, "#009E73", R"(<circle r="4"/>)"},
+                           {Verdict::kUndecided, "#999999", R"(<circle r="4" fill="none"/>)"}};
 
 std::string marked(const Look& look, double x, double y) {
   return fmt::format("<g transform=\"translate({:.1f} {:.1f})\">{}</g>\n", x, y, look.shape);
@@ -148,9 +151,9 @@ std::string barChart(const std::string& title, const std::vector<Bars>& bars,
     y += kRow / 4;
     for (std::size_t i = 0; i < names.size(); ++i, y += kRow) {
       if (const auto& value = group.values[i]) {
-        drawn += box(
-            x.from, y, x(value->middle) - x.from, kRow - 4,
-            fmt::format("fill=\"{}\"{}", colour(i), isKnown(*value) ? "" : " fill-opacity=\".4\""));
+        drawn += box(x.from, y, x(value->middle) - x.from, kRow - 4,
+                     fmt::format(R"(fill="{}"{})", colour(i),
+                                 isKnown(*value) ? "" : R"( fill-opacity=".4")"));
         drawn += isKnown(*value) ? fmt::format("<g {}>{}</g>\n", kInk,
                                                whisker(x(std::max(0.0, value->low)), x(value->high),
                                                        y + kRow / 2 - 2))
@@ -162,7 +165,7 @@ std::string barChart(const std::string& title, const std::vector<Bars>& bars,
   y += 2 * kRow;
   for (std::size_t i = 0; i < names.size() && names.size() > 1; ++i) {
     y += kRow;
-    svg += box(x.from, y - 10, 10, 10, fmt::format("fill=\"{}\"", colour(i)));
+    svg += box(x.from, y - 10, 10, 10, fmt::format(R"(fill="{}")", colour(i)));
     svg += textAt(x.from + kRow, y, names[i]);
   }
   return element(title, y + kRow / 2, svg);
@@ -197,18 +200,18 @@ std::string lineChart(const std::string& title, const std::vector<Line>& lines,
     for (const auto& [detail, rate] : lines[i].points) {
       path += fmt::format("{}{:.1f} {:.1f}", path.empty() ? "M" : "L", x(detail), y(rate.middle));
       points +=
-          fmt::format("<circle cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"2.5\"/>", x(detail), y(rate.middle));
+          fmt::format(R"(<circle cx="{:.1f}" cy="{:.1f}" r="2.5"/>)", x(detail), y(rate.middle));
       if (isKnown(rate) && rate.low > y.low && rate.high < y.high) {
         points += lineFrom(x(detail), y(rate.low), x(detail), y(rate.high));
       }
     }
     key += kRow;
     svg += fmt::format(
-        "<g stroke=\"{0}\" fill=\"{0}\"><path d=\"{1}\" fill=\"none\" stroke-width=\"1.5\" "
+        R"(<g stroke="{0}" fill="{0}"><path d="{1}" fill="none" stroke-width="1.5" )"
         "stroke-dasharray=\"{2}\"/>{3}{4}</g>\n",
         colour(i), path, dash(i), points,
         lineFrom(x.from, key - 4, x.from + 2 * kRow, key - 4,
-                 fmt::format("stroke-width=\"2\" stroke-dasharray=\"{}\"", dash(i)).c_str()));
+                 fmt::format(R"(stroke-width="2" stroke-dasharray="{}")", dash(i)).c_str()));
     svg += textAt(x.from + 2.5 * kRow, key, lines[i].name);
   }
   return element(title, key + kRow / 2, svg);
@@ -227,7 +230,7 @@ std::string ratioChart(const std::string& title, const std::vector<Ratio>& ratio
   const Scale x{low - air, high + air, kMargin, kWidth - kMargin};
   const double bottom = (2 * static_cast<double>(ratios.size()) + 0.5) * kRow;
   std::string svg =
-      box(x(1 - part), 0, x(1 + part) - x(1 - part), bottom, "fill=\"#999\" fill-opacity=\".25\"") +
+      box(x(1 - part), 0, x(1 + part) - x(1 - part), bottom, R"(fill="#999" fill-opacity=".25")") +
       horizontalAxis(x, ticksOf(x), bottom, axis) + lineFrom(x(1), 0, x(1), bottom, kInk);
   double y = 0;
   for (const Ratio& ratio : ratios) {

@@ -297,6 +297,7 @@ std::string comparisonOf(const NamedResult& named) {
       "threshold of {:g}&nbsp;%.</p>\n<h3>Changes</h3>\n{}",
       threshold, tableAndCaveats(summary));
   std::vector<Ranked> ranked;
+  ranked.reserve(sides.size());
   for (const SideView& side : sides) {
     ranked.push_back({side.name(), side, figuresOf(side)});
   }

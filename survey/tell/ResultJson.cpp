@@ -162,7 +162,7 @@ Result resultOf(std::string_view text) {
                                  : "this is no result of sorvanta-survey");
   }
   try {
-    const Result result = resultIn(json.at("sorvanta"));
+    Result result = resultIn(json.at("sorvanta"));
     requireSound(result);
     return result;
   } catch (const WrongFormat&) {

@@ -187,6 +187,7 @@ std::string verdictOf(const std::vector<Changes>& changes, double threshold) {
 
 std::vector<std::string> sourcesOf(const std::vector<SideView>& sides) {
   std::vector<std::string> sentences;
+  sentences.reserve(sides.size());
   for (const SideView& side : sides) {
     sentences.push_back(sourceInWords(side) + ownFilesOf(side, sides) + '.');
   }
