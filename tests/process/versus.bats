@@ -36,7 +36,7 @@ SIDES
 
 @test "Who begins a pair of frames changes with every pair" {
   export TURNS=$PWD/turns
-  run -0 --separate-stderr versus --base SIDE=base --new SIDE=new --seconds 1
+  run -0 --separate-stderr versus --base SIDE=base --new SIDE=new
   # A pair is two lines. Of the pairs a visit draws only the first may begin as the one before it.
   awk '
     NR % 2 { asked = $1; next }
