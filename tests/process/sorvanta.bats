@@ -9,6 +9,7 @@ setup() {
 
 # Leaves the program running, with what it prints in the file "out", and goes on when it has figures.
 start() {
+  rm -f out  # of a run before
   "$sorvanta" "$@" >out 2>&1 3>&- &
   program=$!
   until grep -qs /sec out; do
