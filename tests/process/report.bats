@@ -14,8 +14,8 @@ check() {
 
 @test "A report is one valid page that holds every cell" {
   export VERSION='<b>&"'
-  "$scripted" run "${cells[@]}" --seconds 1 --json a.json
-  SCRIPT=displayLists/triStrip/8=refuse "$scripted" run "${cells[@]}" --seconds 1 --json b.json
+  "$scripted" run "${cells[@]}" --seconds 3 --json a.json
+  SCRIPT=displayLists/triStrip/8=refuse "$scripted" run "${cells[@]}" --seconds 3 --json b.json
   report a.json --html a.html
   check a.html 'Fastest for' '<b>&"' 'Detail 8, triStrip' 'Detail 64, triStrip' drawArrays displayLists \
     'Rates over detail'
@@ -34,7 +34,7 @@ check() {
 }
 
 @test "A report says what it lacks" {
-  "$scripted" run "${cells[@]}" --seconds 1 --json a.json
+  "$scripted" run "${cells[@]}" --seconds 3 --json a.json
   # The page's name forgotten: a result is no place for a page.
   cp a.json b
   run -255 report --html a.json b

@@ -37,7 +37,7 @@ FAULTS
 
 @test "A larger model gets more time for an answer" {
   SCRIPT=drawArrays/triStrip/2048=slow run -0 --separate-stderr \
-    "$scripted" run --methods drawArrays --details 2048 --unoptimised --patience 2 --seconds 1
+    "$scripted" run --methods drawArrays --details 2048 --unoptimised --patience 2 --seconds 3
   matches "$anything> +drawArrays +102 .*"
 }
 
@@ -52,7 +52,7 @@ FAULTS
 
 @test "A cell that the driver does not run is a row that says so" {
   SCRIPT=displayLists/triStrip/8=refuse run -0 --separate-stderr survey \
-    --seconds 1 --csv table --markdown md
+    --seconds 3 --csv table --markdown md
   grep 'does not run 1 cell' <<<"$stderr"
   grep -Ex '"displayLists/triStrip/8",displayLists,triStrip,8,"","",MTri/s,{13},"there are no lists here"' \
     table
@@ -64,7 +64,7 @@ FAULTS
   grep -E ' [1-9][0-9]* of [1-9][0-9]* frames were disturbed by other work\.$' <<<"$stderr"
   [ "$(grep -cE '^> +drawArrays +102 ' <<<"$output")" = 2 ]
   SCRIPT='drawArrays/triStrip/8=busy drawArrays/triStrip/64=busy' run -0 --separate-stderr survey \
-    --seconds 1
+    --seconds 3
   grep 'The machine is too busy for sure figures' <<<"$stderr"
 }
 
@@ -95,7 +95,7 @@ FAULTS
 }
 
 @test "A sitting without a figure fails, and leaves the file that was there" {
-  survey --seconds 1 --json a.json >/dev/null 2>&1
+  survey --seconds 3 --json a.json >/dev/null 2>&1
   cp a.json before.json
   SCRIPT='drawArrays/triStrip/8=refuse displayLists/triStrip/8=refuse' run -1 --separate-stderr \
     "$scripted" run --methods drawArrays,displayLists --details 8 --unoptimised --json a.json
@@ -103,10 +103,10 @@ FAULTS
   cmp a.json before.json
   chmod 600 a.json
   ln -s b.json link
-  survey --seconds 1 --json a.json >/dev/null 2>&1
-  survey --seconds 1 --json link >/dev/null 2>&1
+  survey --seconds 3 --json a.json >/dev/null 2>&1
+  survey --seconds 3 --json link >/dev/null 2>&1
   [ "$(stat -c %a a.json)" = 600 ] && [ -L link ] && grep sorvanta b.json
-  run -0 --separate-stderr survey --seconds 1 --json -
+  run -0 --separate-stderr survey --seconds 3 --json -
   grep '^"sorvanta"' <<<"$output"
   grep 'Fastest for' <<<"$stderr"
 }
@@ -132,7 +132,7 @@ FAULTS
   grep ' a.json cannot be written: File too large\.$' <<<"$stderr"
   [ "$(echo *a.json*)" = a.json ]
   [ "$(<a.json)" = before ]
-  run -1 eval "survey --seconds 1 2>&1 >/dev/full"
+  run -1 eval "survey --seconds 3 2>&1 >/dev/full"
   grep 'standard output cannot be written to\.$' <<<"$output"
 }
 

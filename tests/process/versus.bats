@@ -208,9 +208,9 @@ ${anything}Only in new: arrayElement/triStrip/8\."
 }
 
 @test "Cells that fail are named in files whose cells are in another order" {
-  SCRIPT=drawArrays/triStrip/8=abort "$scripted" run "${cells[@]}" --seconds 1 --json old.json
+  SCRIPT=drawArrays/triStrip/8=abort "$scripted" run "${cells[@]}" --seconds 3 --json old.json
   SCRIPT=displayLists/triStrip/64=abort "$scripted" run --methods displayLists,drawArrays \
-    --details 64,8 --unoptimised --seconds 1 --json new.json
+    --details 64,8 --unoptimised --seconds 3 --json new.json
   run -1 --separate-stderr "$scripted" compare old.json new.json --json both.json
   first_line
   matches 'new fails in 1 cell that old runs \(displayLists/triStrip/64\);.*'
@@ -220,8 +220,8 @@ ${anything}Only in new: arrayElement/triStrip/8\."
 }
 
 @test "Files that cannot be compared are refused" {
-  "$scripted" run "${cells[@]}" --seconds 0.2 --json a.json
-  "$scripted" run --methods arrayElement --details 8 --seconds 0.2 --unoptimised --json b.json
+  "$scripted" run "${cells[@]}" --seconds 3 --json a.json
+  "$scripted" run --methods arrayElement --details 8 --seconds 3 --unoptimised --json b.json
   run -255 --separate-stderr "$scripted" compare a.json b.json
   first_line
   matches 'old and new have no cell in common\.'
