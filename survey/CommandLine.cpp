@@ -149,12 +149,13 @@ void addVersusOptions(CLI::App& app, SittingCommand& versus, Sides& sides) {
 }
 
 void addCompareOptions(CLI::App& app, CompareCommand& compare) {
-  app.add_option("OLD.json", compare.base, "a file that run or versus wrote")
+  app.add_option("OLD.json", compare.base,
+                 "files that run or versus wrote, of several sittings of the old driver")
       ->type_name("")
       ->required();
-  app.add_option("NEW.json", compare.newer, "one that is held against it")
-      ->type_name("")
-      ->required();
+  app.add_option("--new", compare.newer,
+                 "as many of the new one; of two files without it the second is new")
+      ->type_name("NEW.json");
   addThreshold(app, compare.threshold);
   addOutputs(app, compare.outputs);
 }
@@ -307,6 +308,13 @@ Command parseCommandLine(int argc, const char* const* argv) {
     return DevicesCommand{};
   }
   if (compareApp.parsed()) {
+    if (compare.newer.empty() && compare.base.size() == 2) {
+      compare.newer = {compare.base.back()};
+      compare.base.pop_back();
+    }
+    if (compare.newer.empty()) {
+      throw Unusable("there is nothing to compare with: name the new driver's files after --new");
+    }
     return compare;
   }
   if (reportApp.parsed()) {

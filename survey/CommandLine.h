@@ -39,10 +39,10 @@ struct SittingCommand {
   bool unoptimised = false;  ///< go on although the build is slow
 };
 
-/// `compare`: hold two files against each other.
+/// `compare`: hold files against each other, one or several a side.
 struct CompareCommand {
-  std::string base;  ///< a path
-  std::string newer;
+  std::vector<std::string> base;  ///< paths
+  std::vector<std::string> newer;
   double threshold = kDefaultThreshold;
   Outputs outputs;
 };

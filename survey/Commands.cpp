@@ -125,10 +125,17 @@ int takeSitting(const SittingCommand& command, const std::vector<std::string>& w
 }
 
 int compare(const CompareCommand& command) {
-  requirePlacesFor(command.outputs, {command.base, command.newer});
-  return tellComparison(
-      {{sideIn(command.base, "old"), sideIn(command.newer, "new")}, command.threshold},
-      command.outputs);
+  std::vector<std::string> inputs = command.base;
+  inputs.insert(inputs.end(), command.newer.begin(), command.newer.end());
+  requirePlacesFor(command.outputs, inputs);
+  Result result{{}, command.threshold};
+  for (const std::string& path : command.base) {
+    result.sittings.push_back(sideIn(path, "old"));
+  }
+  for (const std::string& path : command.newer) {
+    result.sittings.push_back(sideIn(path, "new"));
+  }
+  return tellComparison(result, command.outputs);
 }
 
 int report(const ReportCommand& command) {

@@ -16,8 +16,8 @@ namespace survey {
 /// fails on a new side alone, 125 undecided, 255 the command line or the base side cannot be used.
 int takeSitting(const SittingCommand& command, const std::vector<std::string>& worker);
 
-/// `compare`: the same of two files, with the statuses of several sides. Of a file with several
-/// sides the last one speaks. Throws CannotRead.
+/// `compare`: the same of files, with the statuses of several sides. Of a file with several sides
+/// the last one speaks. Throws CannotRead.
 int compare(const CompareCommand& command);
 
 /// `report`: makes the page. Throws CannotRead.

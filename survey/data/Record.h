@@ -32,14 +32,19 @@ struct CellAnswer {
 struct Frame {
   std::uint64_t primitives = 0;
   std::int64_t wall = 0;
-  std::int64_t cpu = 0;               ///< of the submitting thread
-  std::int64_t wait = 0;              ///< in which the thread could run and had no processor
-  std::optional<std::int64_t> gpu;    ///< where the driver has timer queries
+  std::int64_t cpu = 0;             ///< of the submitting thread
+  std::int64_t wait = 0;            ///< of the wall time: the thread could run and had no processor
+  std::optional<std::int64_t> gpu;  ///< where the driver has timer queries
   std::optional<std::int64_t> steal;  ///< of the thread's processor, by the hypervisor
-  bool disturbed = false;             ///< waited or was stolen from for more than a small share
+  /// Whether so much of it was lost to others that what is left says little.
+  bool disturbed = false;
   /// Of the wall time: after glFinish had returned, until a pixel could be read; 0 where glFinish
   /// had waited for the drawing, as it must.
   std::int64_t late = 0;
+
+  /// What every figure counts as the time that it took: others' use of the processor is no part of
+  /// it. Where the driver's own threads use the same processor, it is as if they had had another.
+  std::int64_t time() const { return wall - wait; }
 };
 
 /// One cell, drawn by the sides in turns.
@@ -51,6 +56,9 @@ struct Visit {
   /// it did not take part.
   std::vector<std::vector<Frame>> frames;
   std::vector<std::size_t> workers;  ///< by side; processes count through the sitting
+  /// Primitives per second of a cell that is always the same, right before the frames and right
+  /// after them: they tell what state the processor was in. Both, or none.
+  std::vector<double> yardstick;
 };
 
 /// What a side said of a cell, and what happened to its workers there.
@@ -154,17 +162,14 @@ struct Record {
   std::vector<Cell> cells;
   std::vector<Side> sides;    ///< the first is what the others are compared with
   std::vector<Visit> visits;  ///< in the order of time
-  /// How fast the submitting threads' core was at the beginning of each block: steps of a
-  /// calculation that is always the same per second of processor time. Empty where no core was
-  /// chosen.
-  std::vector<double> speeds;
   Ending ending = Ending::kTimeUp;
   int signal = 0;      ///< that interrupted
   double elapsed = 0;  ///< seconds
 };
 
 /// What a file holds, and what is shown: sittings whose only side is ranked, or whose sides are
-/// compared with the very first one.
+/// compared with the very first one. Sides of the same name in several sittings are one, which was
+/// measured again.
 struct Result {
   std::vector<Record> sittings;
   double threshold = 0;  ///< percent: a change that is not larger does not matter

@@ -41,9 +41,9 @@ NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(MachineState, when, load, governor, clock, st
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Program, version, commit, buildType, compiler, flags, optimised)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Settings, seconds, precision, frame, seed, device, onScreen,
                                    patience, commandLine)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Visit, cell, block, workers, start, frames)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Visit, cell, block, workers, start, frames, yardstick)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Side, name, environment, driver, cells, whyNoWorker)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Record, program, settings, machine, before, after, cells, sides,
-                                   visits, speeds, ending, signal, elapsed)
+                                   visits, ending, signal, elapsed)
 
 }  // namespace survey

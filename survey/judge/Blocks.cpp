@@ -6,135 +6,137 @@
 #include <map>
 
 #include "survey/statistics/Averages.h"
-#include "survey/statistics/CommonFactor.h"
 
 namespace survey {
 namespace {
 
 constexpr double kNanosecondsPerSecond = 1e9;
-/// Each costs a fit.
-constexpr std::size_t kMostGroups = 32;
 
-double logarithmOfRate(const Frame& frame) {
-  return std::log(static_cast<double>(frame.primitives) * kNanosecondsPerSecond /
-                  static_cast<double>(frame.wall));
-}
+/// What some frames drew, in which time.
+struct Sum {
+  double primitives = 0;
+  double nanoseconds = 0;
 
-/// A side's part of a visit.
-struct Own {
-  const Visit* visit;
-  const std::vector<Frame>* frames;
+  void add(const Frame& frame) {
+    primitives += static_cast<double>(frame.primitives);
+    nanoseconds += static_cast<double>(frame.time());
+  }
+  double logRate() const { return std::log(primitives * kNanosecondsPerSecond / nanoseconds); }
 };
 
-Sighting sightingOf(const Own& own) {
-  const bool someUndisturbed = std::any_of(own.frames->begin(), own.frames->end(),
-                                           [](const Frame& frame) { return !frame.disturbed; });
-  Sighting sighting{own.visit->cell, {}};
-  for (const Frame& frame : *own.frames) {
-    if (!frame.disturbed || !someUndisturbed) {
-      sighting.values.push_back(logarithmOfRate(frame));
+double logRateOf(const Frame& frame) {
+  Sum sum;
+  sum.add(frame);
+  return sum.logRate();
+}
+
+/// Of one cell in one block.
+struct Tally {
+  Sum base;
+  Sum own;
+  std::vector<double> values;  ///< by frame, or by pair
+};
+
+using Tallies = std::vector<std::map<std::size_t, Tally>>;  ///< by cell and block
+
+/// The rounds that were not disturbed on any of these sides, or all if there are none.
+std::vector<std::size_t> roundsThatCount(const std::vector<const std::vector<Frame>*>& sides) {
+  std::vector<std::size_t> undisturbed;
+  std::vector<std::size_t> all;
+  for (std::size_t i = 0; i < sides.front()->size(); ++i) {
+    all.push_back(i);
+    if (std::none_of(sides.begin(), sides.end(),
+                     [=](const std::vector<Frame>* frames) { return (*frames)[i].disturbed; })) {
+      undisturbed.push_back(i);
     }
   }
-  return sighting;
+  return undisturbed.empty() ? all : undisturbed;
 }
 
-/// Typical levels of the machine's slow and fast times, beside each other.
-double slowestOf(const CommonFactorFit& fit) {
-  constexpr double kTail = 0.05;
-  return fit.levels.empty()
-             ? 1
-             : std::exp(quantile(fit.levels, kTail) - quantile(fit.levels, 1 - kTail));
-}
-
-std::vector<Sighting> sightingsOf(const std::vector<Own>& visits) {
-  std::vector<Sighting> sightings;
-  std::transform(visits.begin(), visits.end(), std::back_inserter(sightings), sightingOf);
-  return sightings;
-}
-
-BlockFit blockFitOf(const std::vector<Own>& visits, const CommonFactorFit& fit) {
-  const std::size_t cellCount = fit.effects.size();
-  std::map<std::size_t, std::vector<double>> levels;
-  std::vector<std::map<std::size_t, std::vector<double>>> corrected(cellCount);
-  for (std::size_t i = 0; i < visits.size(); ++i) {
-    const Visit& visit = *visits[i].visit;
-    levels[visit.block].push_back(fit.levels[i]);
-    corrected[visit.cell][visit.block].push_back(fit.corrected[i]);
-  }
-  BlockFit result{CellsBlocks(cellCount), 0, slowestOf(fit)};
-  for (const auto& [block, ofVisits] : levels) {
-    result.level += mean(ofVisits) / static_cast<double>(levels.size());
-  }
-  for (std::size_t cell = 0; cell < corrected.size(); ++cell) {
-    for (const auto& [block, ofVisits] : corrected[cell]) {
-      result.values[cell].push_back({block, median(ofVisits)});
+BlockRates ratesIn(const Tallies& tallies, bool overBase) {
+  BlockRates rates{CellsBlocks(tallies.size()), CellsBlocks(tallies.size())};
+  for (std::size_t cell = 0; cell < tallies.size(); ++cell) {
+    for (const auto& [block, tally] : tallies[cell]) {
+      rates.all[cell].push_back(
+          {block, tally.own.logRate() - (overBase ? tally.base.logRate() : 0)});
+      rates.typical[cell].push_back({block, median(tally.values)});
     }
   }
-  return result;
+  return rates;
 }
 
 }  // namespace
 
-BlockFits blockFitsOf(const SideView& side) {
-  std::size_t blocks = 0;
-  std::vector<Own> all;
-  for (const Visit& visit : side.record->visits) {
-    if (!side.frames(visit).empty()) {
-      blocks = std::max(blocks, visit.block + 1);
-      all.push_back({&visit, &side.frames(visit)});
-    }
-  }
-  const CommonFactorFit fit = fitCommonFactor(sightingsOf(all), side.record->cells.size());
-  BlockFits fits{blockFitOf(all, fit), {}};
-  // Of neighbours, so that what moves slowly is in one group and not a bit in each.
-  const std::size_t size = (blocks + kMostGroups - 1) / kMostGroups;
-  for (std::size_t first = 0; first < blocks; first += size) {
-    std::vector<Own> others;
-    std::copy_if(all.begin(), all.end(), std::back_inserter(others), [&](const Own& own) {
-      return own.visit->block < first || own.visit->block >= first + size;
-    });
-    fits.without.push_back(blockFitOf(others, fitPart(sightingsOf(others), fit.effects)));
-  }
-  return fits;
-}
-
-Jackknife rateOf(const BlockFits& fits, std::size_t cell) {
-  return fits.jackknife([=](const BlockFit& fit) {
-    std::vector<double> values;
-    for (const BlockValue& block : fit.values[cell]) {
-      values.push_back(block.value + fit.level);
-    }
-    return values;
-  });
-}
-
-CellsBlocks blockRatiosOf(const SideView& newer) {
-  const SideView base{newer.record, 0};
-  /// Of one cell in one block.
-  struct Pairs {
-    std::vector<double> undisturbed;
-    std::vector<double> all;
-  };
-  std::vector<std::map<std::size_t, Pairs>> pairs(newer.record->cells.size());
-  for (const Visit& visit : newer.record->visits) {
-    const std::vector<Frame>& ofNew = newer.frames(visit);
-    for (std::size_t i = 0; i < ofNew.size(); ++i) {
-      const Frame& one = base.frames(visit)[i];
-      const Frame& other = ofNew[i];
-      Pairs& own = pairs[visit.cell][visit.block];
-      own.all.push_back(logarithmOfRate(other) - logarithmOfRate(one));
-      if (!one.disturbed && !other.disturbed) {
-        own.undisturbed.push_back(own.all.back());
+BlockRates blockRatesOf(const SideView& side, const std::vector<bool>& counts) {
+  Tallies tallies(side.record->cells.size());
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    const Visit& visit = side.record->visits[i];
+    const std::vector<Frame>& frames = side.frames(visit);
+    if (counts[i] && !frames.empty()) {
+      Tally& tally = tallies[visit.cell][visit.block];
+      for (const std::size_t round : roundsThatCount({&frames})) {
+        tally.own.add(frames[round]);
+        tally.values.push_back(logRateOf(frames[round]));
       }
     }
   }
-  CellsBlocks ratios(pairs.size());
-  for (std::size_t cell = 0; cell < pairs.size(); ++cell) {
-    for (const auto& [block, own] : pairs[cell]) {
-      ratios[cell].push_back({block, median(own.undisturbed.empty() ? own.all : own.undisturbed)});
+  return ratesIn(tallies, false);
+}
+
+BlockRates blockRatiosOf(const SideView& newer, const std::vector<bool>& counts) {
+  const SideView base{newer.record, 0};
+  Tallies tallies(newer.record->cells.size());
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    const Visit& visit = newer.record->visits[i];
+    const std::vector<Frame>& ofNew = newer.frames(visit);
+    const std::vector<Frame>& ofBase = base.frames(visit);
+    if (counts[i] && !ofNew.empty()) {
+      Tally& tally = tallies[visit.cell][visit.block];
+      for (const std::size_t round : roundsThatCount({&ofBase, &ofNew})) {
+        tally.base.add(ofBase[round]);
+        tally.own.add(ofNew[round]);
+        tally.values.push_back(logRateOf(ofNew[round]) - logRateOf(ofBase[round]));
+      }
     }
   }
-  return ratios;
+  return ratesIn(tallies, true);
+}
+
+std::vector<double> valuesOf(const std::vector<BlockValue>& blocks) {
+  std::vector<double> values;
+  std::transform(blocks.begin(), blocks.end(), std::back_inserter(values),
+                 [](const BlockValue& block) { return block.value; });
+  return values;
+}
+
+std::optional<Stalls> stallsOf(const SideView& side, std::size_t cell) {
+  constexpr double kFar = 1.25;
+  std::vector<const Frame*> frames;
+  std::vector<double> logarithms;
+  for (const Visit& visit : side.record->visits) {
+    if (visit.cell == cell) {
+      for (const Frame& frame : side.frames(visit)) {
+        frames.push_back(&frame);
+        logarithms.push_back(logRateOf(frame));
+      }
+    }
+  }
+  if (frames.empty()) {
+    return std::nullopt;
+  }
+  const double typical = kNanosecondsPerSecond / std::exp(median(std::move(logarithms)));
+  std::vector<double> longer;
+  for (const Frame* const frame : frames) {
+    const double usual = typical * static_cast<double>(frame->primitives);
+    if (static_cast<double>(frame->time()) > kFar * usual) {
+      longer.push_back(static_cast<double>(frame->time()) - usual);
+    }
+  }
+  if (longer.empty()) {
+    return std::nullopt;
+  }
+  return Stalls{static_cast<double>(longer.size()) / static_cast<double>(frames.size()),
+                mean(longer)};
 }
 
 }  // namespace survey

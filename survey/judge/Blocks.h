@@ -1,16 +1,15 @@
-/// What was measured of each cell in each block.
+/// What was measured of each cell in each block: logarithms.
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "survey/data/Record.h"
-#include "survey/statistics/Jackknife.h"
-#include "survey/statistics/TrimmedMean.h"
 
 namespace survey {
 
-/// One cell in one block: a logarithm.
+/// One cell in one block.
 struct BlockValue {
   std::size_t block;
   double value;
@@ -19,46 +18,25 @@ struct BlockValue {
 /// Of each cell, in the order of the blocks.
 using CellsBlocks = std::vector<std::vector<BlockValue>>;
 
-/// Of one side by itself: logarithms.
-struct BlockFit {
-  CellsBlocks values;  ///< primitives per second, without what the machine did to all cells
-  double level = 0;    ///< of the machine, on average over the blocks
-  double slowest = 1;  ///< the machine's slowest level beside its fastest, typically: a ratio
+struct BlockRates {
+  CellsBlocks all;      ///< all primitives over all time
+  CellsBlocks typical;  ///< the median over the frames, or over the pairs of them
 };
 
-struct BlockFits {
-  BlockFit all;
-  std::vector<BlockFit> without;  ///< one block, or group of neighbours, after the other
+/// Primitives per second, of the visits that count. A visit of which some rounds were undisturbed
+/// speaks through those alone.
+BlockRates blockRatesOf(const SideView& side, const std::vector<bool>& counts);
 
-  /// The trimmed mean of what `valuesOf` takes from a fit, as it would be without each group.
-  template <typename ValuesOf>
-  Jackknife jackknife(const ValuesOf& valuesOf) const;
+/// A side's rate over that of the first side of its sitting, likewise.
+BlockRates blockRatiosOf(const SideView& newer, const std::vector<bool>& counts);
+
+std::vector<double> valuesOf(const std::vector<BlockValue>& blocks);
+
+/// Frames that take longer than is typical of their cell, by far.
+struct Stalls {
+  double part;    ///< of the frames, 0 to 1
+  double longer;  ///< nanoseconds, on average
 };
-
-/// A visit of which some frames were undisturbed speaks through those alone.
-BlockFits blockFitsOf(const SideView& side);
-
-/// A cell's primitives per second, at the machine's level on average over the blocks. The cell must
-/// have a value.
-Jackknife rateOf(const BlockFits& fits, std::size_t cell);
-
-/// A side's rate over that of the first side of its sitting: of a block the median over its pairs
-/// of frames, over those alone of which neither was disturbed where there are any.
-CellsBlocks blockRatiosOf(const SideView& newer);
-
-template <typename ValuesOf>
-Jackknife BlockFits::jackknife(const ValuesOf& valuesOf) const {
-  const std::vector<double> values = valuesOf(all);
-  const TrimmedMean whole = trimmedMean(values);
-  Jackknife figure{whole.mean, values.size(), whole.kept, {}};
-  for (const BlockFit& fit : without) {
-    const std::vector<double> left = valuesOf(fit);
-    figure.without.emplace_back();
-    if (!left.empty() && left.size() < values.size()) {
-      figure.without.back() = trimmedMean(left).mean;
-    }
-  }
-  return figure;
-}
+std::optional<Stalls> stallsOf(const SideView& side, std::size_t cell);
 
 }  // namespace survey

@@ -22,26 +22,28 @@ struct Sureness {
 constexpr Sureness kInTheEnd{0.05, 0.95};
 constexpr Sureness kOnTheWay{0.001, 0.99};
 
-/// The change of an estimate that lies outside the threshold, towards zero at that limit.
-double beyond(const Estimate& estimate, double threshold, double widening) {
-  const double limit = std::log1p((estimate.mean < 0 ? -threshold : threshold) / kPercent);
-  return std::abs(estimate.mean) - std::abs(limit) - widening;
+/// How probable it is to see so large a change, in either direction, where the true one is the
+/// threshold's in this one.
+double probabilityWithin(const Estimate& estimate, double threshold, double allowance) {
+  if (allowance > 0) {
+    return 1;
+  }
+  const double size = std::abs(estimate.mean);
+  const double limit =
+      std::abs(std::log1p((estimate.mean < 0 ? -threshold : threshold) / kPercent));
+  const double error = std::sqrt(estimate.variance.value);
+  const auto above = [&](double excess) {
+    return excess == 0 ? 0.5 : probabilityAbove(excess / error, estimate.variance.freedom);
+  };
+  return std::min(1.0, above(size - limit) + above(size + limit));
 }
 
-/// How probable it is to see so large a change where the true one is the threshold's.
-double probabilityWithin(const Estimate& estimate, double threshold, double widening) {
-  const double excess = beyond(estimate, threshold, widening);
-  return excess <= 0 ? 1
-                     : twoSidedProbability(excess / std::sqrt(estimate.variance.value),
-                                           estimate.variance.freedom);
-}
-
-Change changeFrom(const Estimate& estimate, bool changed, double threshold, double widening,
+Change changeFrom(const Estimate& estimate, bool changed, double threshold, double allowance,
                   double confidence) {
   const Interval interval = intervalOf(estimate, confidence);
   Change change;
-  change.ratio = {std::exp(interval.low - widening), std::exp(interval.middle),
-                  std::exp(interval.high + widening)};
+  change.ratio = exponential({interval.low + std::log1p(-allowance), interval.middle,
+                              interval.high + std::log1p(allowance)});
   const double part = threshold / kPercent;
   if (changed) {
     change.verdict = estimate.mean < 0 ? Verdict::kSlower : Verdict::kFaster;
@@ -62,10 +64,10 @@ std::vector<Judgement> judge(const std::vector<Evidence>& evidence, double thres
                              const Sureness& sureness) {
   std::vector<double> ofMeans;
   std::vector<double> ofCells;
-  for (const auto& [cells, estimates, overall, notInOverall, widening] : evidence) {
-    ofMeans.push_back(overall ? probabilityWithin(*overall, threshold, widening) : 1);
+  for (const auto& [cells, estimates, typical, overall, notInOverall, allowance] : evidence) {
+    ofMeans.push_back(overall ? probabilityWithin(*overall, threshold, allowance) : 1);
     for (const Estimate& estimate : estimates) {
-      ofCells.push_back(probabilityWithin(estimate, threshold, widening));
+      ofCells.push_back(probabilityWithin(estimate, threshold, allowance));
     }
   }
   const std::vector<bool> meansChanged = positives(ofMeans, sureness.falseAlarms / 2);
@@ -75,40 +77,67 @@ std::vector<Judgement> judge(const std::vector<Evidence>& evidence, double thres
   std::vector<Judgement> judgements;
   auto changed = cellsChanged.begin();
   for (std::size_t side = 0; side < evidence.size(); ++side) {
-    const auto& [cells, estimates, overall, notInOverall, widening] = evidence[side];
+    const auto& [cells, estimates, typical, overall, notInOverall, allowance] = evidence[side];
     Judgement& judgement = judgements.emplace_back();
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      judgement.cells.push_back(
-          {cells[i].base, cells[i].newer,
-           changeFrom(estimates[i], *changed++, threshold, widening, sureness.confidence)});
-      judgement.cells.back().change.blocks = cells[i].blocks;
+      CellChange& cell = judgement.cells.emplace_back(CellChange{
+          cells[i].base,
+          cells[i].newer,
+          changeFrom(estimates[i], *changed++, threshold, allowance, sureness.confidence),
+          {}});
+      cell.change.units = cells[i].units;
+      if (!typical.empty()) {
+        const Interval ofPairs = exponential(intervalOf(typical[i], sureness.confidence));
+        cell.typical = cell.change.ratio.meets(ofPairs) ? std::nullopt : std::optional(ofPairs);
+      }
     }
     if (overall) {
       judgement.overall =
-          changeFrom(*overall, meansChanged[side], threshold, widening, sureness.confidence);
+          changeFrom(*overall, meansChanged[side], threshold, allowance, sureness.confidence);
     }
   }
   return judgements;
 }
 
-std::vector<Evidence> evidenceOf(const std::vector<SideView>& sides) {
+/// Views of one name together, in the order of time.
+std::vector<Measured> measuredOf(const std::vector<SideView>& views) {
+  std::vector<Measured> sides;
+  for (const SideView& view : views) {
+    const auto same = std::find_if(sides.begin(), sides.end(), [&](const Measured& side) {
+      return side.front().name() == view.name();
+    });
+    if (same == sides.end()) {
+      sides.push_back({view});
+    } else {
+      same->push_back(view);
+    }
+  }
+  for (Measured& side : sides) {
+    std::stable_sort(side.begin(), side.end(), [](const SideView& one, const SideView& other) {
+      return one.record->before.when < other.record->before.when;
+    });
+  }
+  return sides;
+}
+
+std::vector<Evidence> evidenceOf(const std::vector<Measured>& sides) {
   std::vector<Evidence> evidence;
   std::transform(sides.begin() + 1, sides.end(), std::back_inserter(evidence),
-                 [&](const SideView& newer) { return evidenceOf(sides.front(), newer); });
+                 [&](const Measured& newer) { return evidenceOf(sides.front(), newer); });
   return evidence;
 }
 
 /// By how many percent a cell must be slower for that to be found four times of five.
 double visibleChange(const Estimate& estimate, double falseAlarms, double threshold,
-                     double widening) {
-  constexpr double kFourOfFive = 0.4;  // two-sided, for a tail of a fifth
+                     double allowance) {
+  constexpr double kFourOfFive = 0.2;  // is missed
   const double freedom = estimate.variance.freedom;
-  if (!(freedom > 0)) {
+  if (!(freedom > 0) || allowance > 0) {
     return kPercent;
   }
   const double reach = std::sqrt(estimate.variance.value) *
                        (criticalValue(falseAlarms, freedom) + criticalValue(kFourOfFive, freedom));
-  return kPercent * (1 - (1 - threshold / kPercent) * std::exp(-reach - widening));
+  return kPercent * (1 - (1 - threshold / kPercent) * std::exp(-reach));
 }
 
 /// `alarms` is the chance of a false one that a mean has, and all cells of all sides together.
@@ -118,11 +147,11 @@ void findVisible(const Evidence& evidence, double alarms, std::size_t means, std
     return;
   }
   changes.visibleOverall = visibleChange(*evidence.overall, alarms / static_cast<double>(means),
-                                         threshold, evidence.widening);
+                                         threshold, evidence.allowance);
   std::vector<double> visible;
   for (const Estimate& estimate : evidence.estimates) {
-    visible.push_back(
-        visibleChange(estimate, alarms / static_cast<double>(cells), threshold, evidence.widening));
+    visible.push_back(visibleChange(estimate, alarms / static_cast<double>(cells), threshold,
+                                    evidence.allowance));
   }
   changes.visible = median(std::move(visible));
 }
@@ -170,7 +199,8 @@ void findFailures(Changes& changes) {
 
 }  // namespace
 
-std::vector<Changes> changesOf(const std::vector<SideView>& sides, double threshold) {
+std::vector<Changes> changesOf(const std::vector<SideView>& views, double threshold) {
+  const std::vector<Measured> sides = measuredOf(views);
   const std::vector<Evidence> evidence = evidenceOf(sides);
   const std::size_t cells =
       std::transform_reduce(evidence.begin(), evidence.end(), std::size_t{0}, std::plus<>(),
@@ -179,12 +209,13 @@ std::vector<Changes> changesOf(const std::vector<SideView>& sides, double thresh
   std::vector<Changes> all;
   for (std::size_t i = 0; i < evidence.size(); ++i) {
     Changes& changes = all.emplace_back();
-    changes.base = sides.front();
-    changes.newer = sides[i + 1];
+    changes.base = sides.front().front();
+    changes.newer = sides[i + 1].front();
+    changes.sittings = std::min(sides.front().size(), sides[i + 1].size());
     changes.cells = std::move(judgements[i].cells);
     changes.overall = judgements[i].overall;
     changes.notInOverall = evidence[i].notInOverall;
-    changes.moved = kPercent * std::expm1(evidence[i].widening);
+    changes.allowance = kPercent * evidence[i].allowance;
     findVisible(evidence[i], kInTheEnd.falseAlarms / 2, evidence.size(), cells, threshold, changes);
     findFailures(changes);
   }
@@ -192,7 +223,7 @@ std::vector<Changes> changesOf(const std::vector<SideView>& sides, double thresh
 }
 
 std::vector<std::vector<bool>> decidedSoFar(const Record& record, double threshold) {
-  const auto judgements = judge(evidenceOf(sidesOf(record)), threshold, kOnTheWay);
+  const auto judgements = judge(evidenceOf(measuredOf(sidesOf(record))), threshold, kOnTheWay);
   std::vector<std::vector<bool>> decided(record.sides.size(),
                                          std::vector<bool>(record.cells.size(), false));
   for (std::size_t i = 0; i < judgements.size(); ++i) {

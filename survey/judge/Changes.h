@@ -1,14 +1,14 @@
 /// How the sides changed against the first one: ratios, how sure each is, and verdicts.
 ///
-/// A ratio is the trimmed mean over the blocks of its logarithm; cells lend each other certainty
-/// about how far blocks scatter. A verdict of a change says that it is real and larger than the
-/// threshold. The chance of even one false one in a whole comparison, of however many sides, is
-/// held at 5 %: half of that goes to the sides' overall means, where a change of every cell shows
-/// first, and half to the cells of all sides, either by Holm's step-down (1979); where all overall
-/// means have changed, their half goes to the cells as well.
+/// A verdict of a change says that it is real and larger than the threshold (the minimum-effect
+/// test of McCarthy and Smyth, 2009). The chance of even one false one in a whole comparison, of
+/// however many sides, is held at 5 %: half of that goes to the sides' overall means, where a
+/// change of every cell shows first, and half to the cells of all sides, either by Holm's step-down
+/// (1979); where all overall means have changed, their half goes to the cells as well.
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "survey/data/Record.h"
@@ -24,8 +24,8 @@ enum class Verdict {
 };
 
 struct Change {
-  Interval ratio{1, 1, 1};  ///< new to base, with 95 %
-  std::size_t blocks = 0;   ///< of the side that has fewer
+  Interval ratio{1, 1, 1};  ///< new to base, with 95 %: of all primitives over all time
+  std::size_t units = 0;    ///< blocks, or sittings, of the side that has fewer
   Verdict verdict = Verdict::kUndecided;
   /// Undecided between the same and slower, or worse.
   bool mayBeSlower = true;
@@ -35,12 +35,15 @@ struct CellChange {
   std::size_t base;   ///< index into the base side's cells
   std::size_t newer;  ///< index into the new side's
   Change change;
+  /// Of the typical pair of frames, where that differs by more than both are unsure.
+  std::optional<Interval> typical;
 };
 
 /// Of one side, the new one, against the first, the base side.
 struct Changes {
-  SideView base;
-  SideView newer;
+  SideView base;                       ///< in its first sitting
+  SideView newer;                      ///< likewise
+  std::size_t sittings = 1;            ///< of the side that has fewer
   std::vector<CellChange> cells;       ///< in the order of the base side's
   std::vector<std::size_t> onlyBase;   ///< its cells that the new side was not asked for
   std::vector<std::size_t> onlyNew;    ///< the other way round
@@ -51,21 +54,23 @@ struct Changes {
   std::vector<std::size_t> newDies;
   std::vector<std::size_t> withoutFigures;  ///< the base side's that have none on either
   Change overall;                           ///< the geometric mean over the cells
-  std::vector<std::size_t> notInOverall;    ///< the base side's cells that it leaves out, as one
-                                            ///< block does not tell how far they scatter
+  std::vector<std::size_t> notInOverall;    ///< the base side's cells that it leaves out, as they
+                                            ///< were not measured often enough
   /// No cell has, or could get, a ratio, and that is not the new side's fault.
   bool hopeless = false;
   double visible = 0;         ///< percent: a slowdown of one cell that would most probably be found
   double visibleOverall = 0;  ///< percent: one of all cells
-  /// Percent that the machine's own speed moved by between two sittings, where that is known; the
-  /// intervals of sides that did not draw in turns are wider by so much at either end.
-  double moved = 0;
+  /// Percent by which the intervals are wider at either end, as nobody knows how far sittings
+  /// scatter; no change is called real then.
+  double allowance = 0;
 
+  bool isInTurns() const { return base.record == newer.record; }
   /// Whether workers of the new side started at first, and then no more.
   bool newStopped() const { return newer.side().started() && !newer.side().whyNoWorker.empty(); }
 };
 
-/// Of all sides but the first, in order; `threshold` in percent.
+/// Of all sides but the first, in order; views of one name are one side, in several sittings.
+/// `threshold` in percent.
 std::vector<Changes> changesOf(const std::vector<SideView>& sides, double threshold);
 
 /// A moment during a sitting of several sides: by side and cell whether it is surer than it needs

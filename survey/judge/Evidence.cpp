@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <iterator>
 #include <limits>
+#include <string>
 
 #include "survey/judge/Blocks.h"
+#include "survey/judge/States.h"
 #include "survey/statistics/Averages.h"
 #include "survey/statistics/TrimmedMean.h"
 
@@ -15,6 +18,13 @@ namespace {
 /// Whether one side gave up what the other one did not: blocks from before that are no ratio.
 bool isGivenUpByOne(const CellState& base, const CellState& newer) {
   return base.isGivenUp() != newer.isGivenUp();
+}
+
+std::vector<double> meansOf(const std::vector<Estimate>& estimates) {
+  std::vector<double> means;
+  std::transform(estimates.begin(), estimates.end(), std::back_inserter(means),
+                 [](const Estimate& estimate) { return estimate.mean; });
+  return means;
 }
 
 /// Finds the mean over the cells that tell how far they scatter. Where none does, neither does it.
@@ -32,34 +42,41 @@ void findOverall(Evidence& evidence, const MeanOf& meanOf) {
     evidence.overall = meanOf(chosen);
   } else if (!evidence.cells.empty()) {
     evidence.notInOverall.clear();
-    std::vector<double> means;
-    for (const Estimate& estimate : evidence.estimates) {
-      means.push_back(estimate.mean);
-    }
-    evidence.overall = Estimate{mean(means), {std::numeric_limits<double>::infinity(), 0}};
+    evidence.overall =
+        Estimate{mean(meansOf(evidence.estimates)), {std::numeric_limits<double>::infinity(), 0}};
   }
 }
 
+/// The visits whose pairs count: a jump of the core's speed between the frames of a pair is no
+/// change of the driver, but where it never stays for long, all count.
+std::vector<bool> visitsInTurns(const Record& record) {
+  const States states = statesOf(record);
+  std::vector<bool> counts;
+  std::transform(states.ofVisits.begin(), states.ofVisits.end(), std::back_inserter(counts),
+                 [](const auto& state) { return state.has_value(); });
+  return std::count(counts.begin(), counts.end(), true) < std::ssize(counts) / 2
+             ? std::vector<bool>(counts.size(), true)
+             : counts;
+}
+
 Evidence evidenceInTurns(const SideView& base, const SideView& newer) {
-  const CellsBlocks ratios = blockRatiosOf(newer);
+  const BlockRates ratios = blockRatiosOf(newer, visitsInTurns(*newer.record));
   Evidence evidence;
   std::vector<std::vector<double>> values;
-  for (std::size_t cell = 0; cell < ratios.size(); ++cell) {
-    if (ratios[cell].empty() || isGivenUpByOne(base.state(cell), newer.state(cell))) {
+  for (std::size_t cell = 0; cell < ratios.all.size(); ++cell) {
+    if (ratios.all[cell].empty() || isGivenUpByOne(base.state(cell), newer.state(cell))) {
       continue;
     }
-    evidence.cells.push_back({cell, cell, ratios[cell].size()});
-    values.emplace_back();
-    for (const BlockValue& ratio : ratios[cell]) {
-      values.back().push_back(ratio.value);
-    }
+    evidence.cells.push_back({cell, cell, ratios.all[cell].size()});
+    values.push_back(valuesOf(ratios.all[cell]));
     evidence.estimates.push_back(estimateOf(values.back()));
+    evidence.typical.push_back(estimateOf(valuesOf(ratios.typical[cell])));
   }
   findOverall(evidence, [&](const std::vector<std::size_t>& chosen) -> Estimate {
     JointMean joint;
     for (const std::size_t i : chosen) {
       std::vector<std::size_t> blocks;
-      for (const BlockValue& ratio : ratios[evidence.cells[i].base]) {
+      for (const BlockValue& ratio : ratios.all[evidence.cells[i].base]) {
         blocks.push_back(ratio.block);
       }
       joint.add(trimmedMean(values[i]), blocks);
@@ -67,81 +84,139 @@ Evidence evidenceInTurns(const SideView& base, const SideView& newer) {
     return {joint.mean(), {joint.variance(), joint.freedom()}};
   });
   shareVariances(evidence.estimates);
+  shareVariances(evidence.typical);
   return evidence;
 }
 
-double meanLogarithm(std::vector<double> values) {
-  for (double& value : values) {
-    value = std::log(value);
+/// What each sitting of a side says of its cells, by the cells of the first one: logarithms of
+/// rates, nothing where it has none.
+using Levels = std::vector<std::vector<std::optional<Estimate>>>;  // by cell and sitting
+
+Levels levelsOf(const Measured& side, CoreState shown) {
+  Levels levels(side.front().record->cells.size());
+  for (const SideView& sitting : side) {
+    const States states = statesOf(*sitting.record);
+    const BlockRates rates =
+        blockRatesOf(sitting, states.visitsIn(states.areTwo ? shown : CoreState::kFast));
+    for (std::size_t cell = 0; cell < levels.size(); ++cell) {
+      const auto same = indexOf(side.front().cell(cell), *sitting.record);
+      const bool known = same && !rates.all[*same].empty();
+      levels[cell].push_back(known ? std::optional(estimateOf(valuesOf(rates.all[*same])))
+                                   : std::nullopt);
+    }
   }
-  return mean(values);
+  return levels;
 }
 
-/// How far the cores' speed lies apart on average, as levels are averaged over blocks for rates: a
-/// logarithm, 0 where it is not known.
-double moveBetween(const Record& base, const Record& newer) {
-  if (base.speeds.empty() || newer.speeds.empty()) {
-    return 0;
-  }
-  return std::abs(meanLogarithm(newer.speeds) - meanLogarithm(base.speeds));
+/// Sittings are compared in the state that all of them were in for long enough.
+CoreState commonState(const Measured& base, const Measured& newer) {
+  const auto isSlow = [](const SideView& sitting) {
+    return statesOf(*sitting.record).shown == CoreState::kSlow;
+  };
+  return std::any_of(base.begin(), base.end(), isSlow) ||
+                 std::any_of(newer.begin(), newer.end(), isSlow)
+             ? CoreState::kSlow
+             : CoreState::kFast;
 }
 
-std::vector<Estimate> estimatesOf(const std::vector<Jackknife>& figures) {
+/// Whether each sitting of the one side has its neighbour in time on the other.
+bool tookTurns(const Measured& base, const Measured& newer) {
+  if (base.size() != newer.size()) {
+    return false;
+  }
+  const auto begin = [](const SideView& sitting) { return sitting.record->before.when; };
+  std::string latest;
+  for (std::size_t i = 0; i < base.size(); ++i) {
+    const auto [first, second] = std::minmax(begin(base[i]), begin(newer[i]));
+    if (first <= latest) {
+      return false;
+    }
+    latest = second;
+  }
+  return true;
+}
+
+std::vector<Estimate> known(const std::vector<std::optional<Estimate>>& levels) {
   std::vector<Estimate> estimates;
-  estimates.reserve(figures.size());
-  for (const Jackknife& figure : figures) {
-    estimates.push_back(estimateOf(figure));
+  for (const std::optional<Estimate>& level : levels) {
+    if (level) {
+      estimates.push_back(*level);
+    }
   }
   return estimates;
 }
 
-std::vector<Estimate> differences(const std::vector<Estimate>& newer,
-                                  const std::vector<Estimate>& base) {
-  std::vector<Estimate> estimates;
-  std::transform(newer.begin(), newer.end(), base.begin(), std::back_inserter(estimates),
-                 difference);
-  return estimates;
+bool isWhole(const std::vector<std::optional<Estimate>>& levels) {
+  return std::all_of(levels.begin(), levels.end(), [](const auto& level) { return level; });
 }
 
-std::vector<Jackknife> these(const std::vector<Jackknife>& figures,
-                             const std::vector<std::size_t>& chosen) {
-  std::vector<Jackknife> some;
-  some.reserve(chosen.size());
-  for (const std::size_t i : chosen) {
-    some.push_back(figures[i]);
+/// New to base, with the sitting, or the pair of them, as the unit.
+Estimate changeOf(const std::vector<double>& base, const std::vector<double>& newer, bool inPairs) {
+  if (!inPairs || base.size() != newer.size()) {
+    return difference(estimateOf(newer), estimateOf(base));
   }
-  return some;
+  std::vector<double> pairs;
+  std::transform(newer.begin(), newer.end(), base.begin(), std::back_inserter(pairs),
+                 std::minus<>());
+  return estimateOf(pairs);
 }
 
-Evidence evidenceOfTwoSittings(const SideView& base, const SideView& newer) {
-  const BlockFits baseFits = blockFitsOf(base);
-  const BlockFits newFits = blockFitsOf(newer);
+Evidence evidenceOfSittings(const Measured& base, const Measured& newer) {
+  /// What sittings of one driver on one machine differ by; docs/performance.md has measured it.
+  constexpr double kAllowance = 0.1;
+  const CoreState state = commonState(base, newer);
+  const Levels ofBase = levelsOf(base, state);
+  const Levels ofNew = levelsOf(newer, state);
+  const bool areSingle = base.size() == 1 || newer.size() == 1;
+  const bool inPairs = !areSingle && tookTurns(base, newer);
   Evidence evidence;
-  std::vector<Jackknife> ofBase;
-  std::vector<Jackknife> ofNew;
-  for (std::size_t cell = 0; cell < base.record->cells.size(); ++cell) {
-    const auto same = indexOf(base.cell(cell), *newer.record);
-    if (!same || isGivenUpByOne(base.state(cell), newer.state(*same))) {
+  evidence.allowance = areSingle ? kAllowance : 0;
+  std::vector<double> baseSums(base.size());
+  std::vector<double> newSums(newer.size());
+  double count = 0;
+  const auto add = [](std::vector<double>& sums, const std::vector<double>& means) {
+    std::transform(sums.begin(), sums.end(), means.begin(), sums.begin(), std::plus<>());
+  };
+  for (std::size_t cell = 0; cell < ofBase.size(); ++cell) {
+    const auto same = indexOf(base.front().cell(cell), *newer.front().record);
+    if (!same || isGivenUpByOne(base.front().state(cell), newer.front().state(*same))) {
       continue;
     }
-    const std::size_t blocks =
-        std::min(baseFits.all.values[cell].size(), newFits.all.values[*same].size());
-    if (blocks > 0) {
-      ofBase.push_back(rateOf(baseFits, cell));
-      ofNew.push_back(rateOf(newFits, *same));
-      evidence.cells.push_back({cell, *same, blocks});
+    const auto& before = ofBase[cell];
+    const auto& after = ofNew[*same];
+    const std::vector<double> baseMeans = meansOf(known(before));
+    const std::vector<double> newMeans = meansOf(known(after));
+    if (baseMeans.empty() || newMeans.empty()) {
+      continue;
+    }
+    evidence.cells.push_back({cell, *same, std::min(baseMeans.size(), newMeans.size())});
+    const bool isIn = isWhole(before) && isWhole(after);
+    evidence.estimates.push_back(areSingle ? difference(meanOf(known(after)), meanOf(known(before)))
+                                           : changeOf(baseMeans, newMeans, inPairs && isIn));
+    if (isIn) {
+      add(baseSums, baseMeans);
+      add(newSums, newMeans);
+      count += 1;
+    } else {
+      evidence.notInOverall.push_back(cell);
     }
   }
-  std::vector<Estimate> before = estimatesOf(ofBase);
-  std::vector<Estimate> after = estimatesOf(ofNew);
-  evidence.estimates = differences(after, before);
-  findOverall(evidence, [&](const std::vector<std::size_t>& chosen) {
-    return difference(meanOf(these(ofNew, chosen)), meanOf(these(ofBase, chosen)));
-  });
-  shareVariances(before);
-  shareVariances(after);
-  evidence.estimates = differences(after, before);
-  evidence.widening = moveBetween(*base.record, *newer.record);
+  if (areSingle) {
+    shareVariances(evidence.estimates);
+    findOverall(evidence, [&](const std::vector<std::size_t>& chosen) {
+      std::vector<Estimate> some;
+      std::transform(chosen.begin(), chosen.end(), std::back_inserter(some),
+                     [&](std::size_t i) { return evidence.estimates[i]; });
+      return meanOf(some);
+    });
+  } else if (count > 0) {
+    for (std::vector<double>* const sums : {&baseSums, &newSums}) {
+      for (double& sum : *sums) {
+        sum /= count;
+      }
+    }
+    evidence.overall = changeOf(baseSums, newSums, inPairs);
+  }
   return evidence;
 }
 
@@ -154,9 +229,9 @@ std::optional<std::size_t> indexOf(const Cell& cell, const Record& record) {
              : std::optional(static_cast<std::size_t>(place - record.cells.begin()));
 }
 
-Evidence evidenceOf(const SideView& base, const SideView& newer) {
-  return base.record == newer.record ? evidenceInTurns(base, newer)
-                                     : evidenceOfTwoSittings(base, newer);
+Evidence evidenceOf(const Measured& base, const Measured& newer) {
+  return base.front().record == newer.front().record ? evidenceInTurns(base.front(), newer.front())
+                                                     : evidenceOfSittings(base, newer);
 }
 
 }  // namespace survey

@@ -2,42 +2,36 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <tuple>
 
-#include "survey/judge/Blocks.h"
 #include "survey/statistics/Averages.h"
+#include "survey/statistics/Significance.h"
 
 namespace survey {
 namespace {
 
 constexpr double kNanosecondsPerSecond = 1e9;
 
-Interval exponential(const Interval& logarithms) {
-  return {std::exp(logarithms.low), std::exp(logarithms.middle), std::exp(logarithms.high)};
-}
-
 /// Block by block, where both were measured.
 std::vector<double> differences(const std::vector<BlockValue>& blocks,
-                                const std::vector<BlockValue>& best) {
+                                const std::vector<BlockValue>& others) {
   std::vector<double> values;
+  auto other = others.begin();
   for (const BlockValue& block : blocks) {
-    const auto same = std::find_if(best.begin(), best.end(),
-                                   [&](const auto& b) { return b.block == block.block; });
-    if (same != best.end()) {
-      values.push_back(block.value - same->value);
+    other = std::find_if(other, others.end(),
+                         [&](const BlockValue& same) { return same.block >= block.block; });
+    if (other != others.end() && other->block == block.block) {
+      values.push_back(block.value - other->value);
     }
   }
   return values;
 }
 
-Estimate ratioOf(const BlockFits& fits, std::size_t cell, std::size_t best) {
-  const CellsBlocks& values = fits.all.values;
-  if (differences(values[cell], values[best]).empty()) {
-    // Never in one block: the machine's speed is all that joins them.
-    return {values[cell].front().value - values[best].front().value};
-  }
-  return estimateOf(fits.jackknife(
-      [=](const BlockFit& fit) { return differences(fit.values[cell], fit.values[best]); }));
+Estimate ratioOf(const std::vector<BlockValue>& blocks, const std::vector<BlockValue>& others) {
+  const std::vector<double> together = differences(blocks, others);
+  return together.empty() ? difference(estimateOf(valuesOf(blocks)), estimateOf(valuesOf(others)))
+                          : estimateOf(together);
 }
 
 /// On a software renderer timer queries count times of the processor.
@@ -49,7 +43,7 @@ std::optional<double> gpuShareOf(const SideView& side, std::size_t cell) {
   for (const Visit& visit : side.record->visits) {
     for (const Frame& frame : side.frames(visit)) {
       if (visit.cell == cell && frame.gpu) {
-        shares.push_back(static_cast<double>(*frame.gpu) / static_cast<double>(frame.wall));
+        shares.push_back(static_cast<double>(*frame.gpu) / static_cast<double>(frame.time()));
       }
     }
   }
@@ -60,55 +54,131 @@ bool isPrecise(const Interval& interval, double percent) {
   return 100 * interval.halfWidth() <= percent * interval.middle;
 }
 
-/// Fills in the rates.
-void findRates(std::vector<Group>& groups, const BlockFits& fits) {
+using Members = std::vector<CellFigure*>;  ///< of all groups
+
+/// What `valuesOf` gives of each, as intervals that lend each other certainty.
+std::vector<Interval> intervalsOf(const Members& members, const CellsBlocks& blocks) {
   std::vector<Estimate> estimates;
-  for (const Group& group : groups) {
-    for (const CellFigure& figure : group.ranking) {
-      estimates.push_back(estimateOf(rateOf(fits, figure.cell)));
-    }
+  for (const CellFigure* const figure : members) {
+    estimates.push_back(estimateOf(valuesOf(blocks[figure->cell])));
   }
   shareVariances(estimates);
-  auto estimate = estimates.begin();
-  for (Group& group : groups) {
-    for (CellFigure& figure : group.ranking) {
-      figure.rate = exponential(intervalOf(*estimate++));
+  std::vector<Interval> intervals;
+  std::transform(estimates.begin(), estimates.end(), std::back_inserter(intervals),
+                 [](const Estimate& estimate) { return exponential(intervalOf(estimate)); });
+  return intervals;
+}
+
+/// Fills in the rates, and what is said beside them.
+void findRates(const SideView& side, const Members& members, const BlockRates& rates,
+               const CellsBlocks& slow) {
+  const std::vector<Interval> all = intervalsOf(members, rates.all);
+  const std::vector<Interval> typical = intervalsOf(members, rates.typical);
+  for (std::size_t i = 0; i < members.size(); ++i) {
+    CellFigure& figure = *members[i];
+    figure.rate = all[i];
+    figure.typical = typical[i];
+    if (!figure.rate.meets(figure.typical)) {
+      figure.stalls = stallsOf(side, figure.cell);
+    }
+    if (!slow[figure.cell].empty()) {
+      figure.slowFactor = exponential(intervalOf(difference(
+          estimateOf(valuesOf(slow[figure.cell])), estimateOf(valuesOf(rates.all[figure.cell])))));
     }
   }
 }
 
-/// Ranks the groups, whose figures have rates, and fills in the ratios.
-void rank(std::vector<Group>& groups, const BlockFits& fits, double precision) {
-  std::vector<Estimate> estimates;
-  for (Group& group : groups) {
-    std::vector<CellFigure>& ranking = group.ranking;
-    std::stable_sort(ranking.begin(), ranking.end(), [](const CellFigure& a, const CellFigure& b) {
-      return a.rate.middle > b.rate.middle;
-    });
-    for (std::size_t i = 1; i < ranking.size(); ++i) {
-      estimates.push_back(ratioOf(fits, ranking[i].cell, ranking[0].cell));
+/// The ratios of every member of a group to every other: logarithms, by their places in it.
+using Pairs = std::vector<std::vector<Estimate>>;
+
+std::vector<Pairs> pairsOf(const std::vector<Group>& groups, const CellsBlocks& rates) {
+  std::vector<Estimate> flat;
+  for (const Group& group : groups) {
+    for (auto one = group.ranking.begin(); one != group.ranking.end(); ++one) {
+      for (auto other = one + 1; other != group.ranking.end(); ++other) {
+        flat.push_back(ratioOf(rates[one->cell], rates[other->cell]));
+      }
     }
   }
-  shareVariances(estimates);
-  auto estimate = estimates.begin();
-  for (Group& group : groups) {
-    for (CellFigure& figure : group.ranking) {
-      const bool best = &figure == &group.ranking.front();
-      figure.ratio = best ? Interval{1, 1, 1} : exponential(intervalOf(*estimate++));
-      figure.leads = figure.ratio.high >= 1;
-      figure.precise = isPrecise(group.ranking.size() == 1 ? figure.rate : figure.ratio, precision);
+  shareVariances(flat);
+  std::vector<Pairs> all;
+  auto estimate = flat.begin();
+  for (const Group& group : groups) {
+    const std::size_t count = group.ranking.size();
+    Pairs& pairs = all.emplace_back(count, std::vector<Estimate>(count));
+    for (std::size_t i = 0; i < count; ++i) {
+      for (std::size_t j = i + 1; j < count; ++j) {
+        pairs[i][j] = *estimate++;
+        pairs[j][i] = pairs[i][j];
+        pairs[j][i].mean = -pairs[i][j].mean;
+      }
     }
   }
+  return all;
+}
+
+/// Who is ahead of all others, or of most if they go in a circle.
+std::size_t bestIn(const Pairs& pairs) {
+  const auto ahead = [](const std::vector<Estimate>& ratios) {
+    return std::count_if(ratios.begin(), ratios.end(),
+                         [](const Estimate& ratio) { return ratio.mean >= 0; });
+  };
+  return static_cast<std::size_t>(
+      std::max_element(pairs.begin(), pairs.end(),
+                       [&](const auto& a, const auto& b) { return ahead(a) < ahead(b); }) -
+      pairs.begin());
+}
+
+/// Whether it is behind none of the others so far that it cannot be the best.
+bool mayBeBest(const std::vector<Estimate>& ratios) {
+  constexpr double kError = 0.05;
+  return std::all_of(ratios.begin(), ratios.end(), [&](const Estimate& ratio) {
+    const double freedom = ratio.variance.freedom;
+    return ratio.mean >= 0 || !(freedom > 0) ||
+           -ratio.mean <=
+               std::sqrt(ratio.variance.value) *
+                   criticalValue(kError / static_cast<double>(ratios.size() - 1), freedom);
+  });
+}
+
+/// Fills in the ratios of a group and who leads, and ranks.
+void rank(std::vector<CellFigure>& ranking, const Pairs& pairs, double precision) {
+  if (ranking.empty()) {
+    return;
+  }
+  const std::size_t best = bestIn(pairs);
+  for (std::size_t i = 0; i < ranking.size(); ++i) {
+    CellFigure& figure = ranking[i];
+    figure.ratio = i == best ? Interval{1, 1, 1} : exponential(intervalOf(pairs[i][best]));
+    figure.leads = i == best || mayBeBest(pairs[i]);
+    figure.precise = isPrecise(ranking.size() == 1 ? figure.rate : figure.ratio, precision);
+  }
+  std::swap(ranking.front(), ranking[best]);
+  std::stable_sort(
+      ranking.begin() + 1, ranking.end(),
+      [](const CellFigure& a, const CellFigure& b) { return a.ratio.middle > b.ratio.middle; });
+}
+
+/// Of each cell, how many visits count.
+std::vector<std::size_t> visitsOf(const SideView& side, const std::vector<bool>& counts) {
+  std::vector<std::size_t> visits(side.record->cells.size());
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    const Visit& visit = side.record->visits[i];
+    visits[visit.cell] += counts[i] && !side.frames(visit).empty() ? 1 : 0;
+  }
+  return visits;
 }
 
 }  // namespace
 
 Figures figuresOf(const SideView& side) {
   const Record& record = *side.record;
-  const BlockFits fits = blockFitsOf(side);
-  const CellsBlocks& values = fits.all.values;
   Figures figures;
-  figures.slowest = fits.all.slowest;
+  figures.states = statesOf(record);
+  const States& states = figures.states;
+  const std::vector<bool> counts = states.visitsIn(states.shown);
+  const BlockRates rates = blockRatesOf(side, counts);
+  const std::vector<std::size_t> visits = visitsOf(side, counts);
 
   // In the order of the cells, which is that of their details.
   std::vector<std::tuple<std::string, unsigned int, std::string>> keys;
@@ -127,16 +197,30 @@ Figures figuresOf(const SideView& side) {
     if (answer && !answer->hasFigure()) {
       ++figures.refused;
     }
-    if (values[cell].empty()) {
+    if (rates.all[cell].empty()) {
       group.without.push_back(cell);
       figures.unreached += side.state(cell).isBad() ? 0 : 1;
       continue;
     }
-    group.ranking.push_back(
-        {.cell = cell, .blocks = values[cell].size(), .gpuShare = gpuShareOf(side, cell)});
+    group.ranking.push_back({.cell = cell,
+                             .blocks = rates.all[cell].size(),
+                             .visits = visits[cell],
+                             .gpuShare = gpuShareOf(side, cell)});
   }
-  findRates(figures.groups, fits);
-  rank(figures.groups, fits, record.settings.precision);
+  Members members;
+  for (Group& group : figures.groups) {
+    for (CellFigure& figure : group.ranking) {
+      members.push_back(&figure);
+    }
+  }
+  const bool showsFast = states.areTwo && states.shown == CoreState::kFast;
+  findRates(side, members, rates,
+            showsFast ? blockRatesOf(side, states.visitsIn(CoreState::kSlow)).all
+                      : CellsBlocks(record.cells.size()));
+  const std::vector<Pairs> pairs = pairsOf(figures.groups, rates.all);
+  for (std::size_t i = 0; i < pairs.size(); ++i) {
+    rank(figures.groups[i].ranking, pairs[i], record.settings.precision);
+  }
   for (Group& group : figures.groups) {
     for (CellFigure& figure : group.ranking) {
       const CellAnswer& answer = *side.state(figure.cell).answer;

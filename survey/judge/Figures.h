@@ -7,20 +7,26 @@
 #include <vector>
 
 #include "survey/data/Record.h"
+#include "survey/judge/Blocks.h"
+#include "survey/judge/States.h"
 #include "survey/statistics/Estimate.h"
 
 namespace survey {
 
-/// Of one cell. The machine's speed on average over the sitting is part of its rate.
+/// Of one cell, in the state that the sitting's figures are of.
 struct CellFigure {
-  std::size_t cell = 0;    ///< index into the sitting's cells
-  std::size_t blocks = 0;  ///< in which it was measured
-  Interval rate{};         ///< primitives per second
-  Interval ratio{};        ///< to the best of its group
-  bool leads = false;      ///< the best, or not distinguishable from it
-  bool precise = false;    ///< the ratio (alone in its group: the rate) is as precise as asked for
+  std::size_t cell = 0;            ///< index into the sitting's cells
+  std::size_t blocks = 0;          ///< in which it was measured
+  std::size_t visits = 0;          ///< that count
+  Interval rate{};                 ///< primitives per second: all of them over all time
+  Interval typical{};              ///< of the typical frame
+  std::optional<Stalls> stalls{};  ///< where those two differ by more than they are unsure
+  Interval ratio{};                ///< to the best of its group
+  bool leads = false;              ///< the best, or one that may well be it
+  bool precise = false;  ///< the ratio (alone in its group: the rate) is as precise as asked for
   double nanosecondsPerCall = 0;
-  std::optional<double> gpuShare{};  ///< of the time; none without a GPU or timer queries
+  std::optional<double> gpuShare{};      ///< of the time; none without a GPU or timer queries
+  std::optional<Interval> slowFactor{};  ///< its rate in the slow state to that in the fast one
 };
 
 /// Cells whose rates may be ranked: the same primitive and detail, the same attributes really sent.
@@ -28,22 +34,23 @@ struct Group {
   std::string primitive;
   unsigned int detail;
   std::string sent;
-  std::vector<CellFigure> ranking;   ///< best first
+  std::vector<CellFigure> ranking;   ///< by ratio, best first
   std::vector<std::size_t> without;  ///< cells that have no figure
 };
 
 struct Figures {
+  States states;
   std::vector<Group> groups;
   std::size_t imprecise = 0;  ///< cells with a figure that is not precise
   std::size_t refused = 0;    ///< cells that the driver does not run as what they are named
   std::size_t failed = 0;     ///< cells that made workers fail, figures or not
   std::size_t unreached = 0;  ///< cells for which there was not enough time
-  double slowest = 1;         ///< the machine's slowest level beside its fastest, typically
 };
 
 /// The intervals are of 95 %, with the block as the unit of replication: trimmed means over the
-/// blocks, their errors by a jackknife over the blocks that repeats the fit of the machine's
-/// levels, and cells that lend each other certainty about how far blocks scatter.
+/// blocks, ratios block by block, and cells that lend each other certainty about how far blocks
+/// scatter. Leaders are Gupta's subset (1965), which holds the truly best of a group with 95 %; its
+/// constant is Bonferroni's, which needs no like scatter and no independence.
 Figures figuresOf(const SideView& side);
 
 }  // namespace survey

@@ -11,7 +11,6 @@
 #include <string_view>
 
 #include <fmt/format.h>
-#include <sched.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
@@ -143,46 +142,6 @@ std::string nowInWords() {
   return fmt::format("{}:{}", words.substr(0, minutes), words.substr(minutes));
 }
 
-/// Keeps this thread on a core while it lives.
-class Stay {
- public:
-  explicit Stay(unsigned int core) {
-    sched_getaffinity(0, sizeof before_, &before_);
-    cpu_set_t cores;
-    CPU_ZERO(&cores);
-    CPU_SET(core, &cores);
-    sched_setaffinity(0, sizeof cores, &cores);
-  }
-  Stay(const Stay&) = delete;
-  Stay& operator=(const Stay&) = delete;
-  ~Stay() { sched_setaffinity(0, sizeof before_, &before_); }
-
- private:
-  cpu_set_t before_{};
-};
-
-double threadSeconds() {
-  constexpr double kNanosecondsPerSecond = 1e9;
-  timespec time{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) +
-         static_cast<double>(time.tv_nsec) / kNanosecondsPerSecond;
-}
-
-/// Steps of a calculation in which each needs the one before, per second of this thread: others may
-/// have the core meanwhile, as they may during a frame, which is repeated then.
-double stepsPerSecond() {
-  constexpr int kSteps = 2'000'000;
-  const double begin = threadSeconds();
-  volatile std::uint64_t result = 1;
-  std::uint64_t state = result;
-  for (int i = 0; i < kSteps; ++i) {
-    state = state * 6364136223846793005U + 1442695040888963407U;  // Knuth's MMIX
-  }
-  result = state;
-  return kSteps / (threadSeconds() - begin);
-}
-
 }  // namespace
 
 Machine thisMachine() {
@@ -207,11 +166,6 @@ MachineState machineNow() {
   state.clock = meanClock();
   state.steal = stolenSeconds();
   return state;
-}
-
-double speedOf(unsigned int core) {
-  const Stay stay(core);
-  return stepsPerSecond();
 }
 
 }  // namespace survey

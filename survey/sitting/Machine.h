@@ -8,7 +8,4 @@ namespace survey {
 Machine thisMachine();
 MachineState machineNow();
 
-/// How fast that core is at a calculation that is always the same: steps per second.
-double speedOf(unsigned int core);
-
 }  // namespace survey

@@ -5,8 +5,8 @@
 namespace survey {
 namespace {
 
-constexpr double kDisturbedShare = 0.02;
-constexpr std::size_t kFewestRounds = 2;
+constexpr double kMostWaiting = 0.8;
+constexpr double kMostStolen = 0.02;
 constexpr double kNanosecondsPerMillisecond = 1e6;
 constexpr double kMicrosecondsPerMillisecond = 1e3;
 
@@ -16,40 +16,41 @@ struct Length {
   int warmUps;
   std::size_t rounds;
 };
-constexpr Length kAlone{0, 2, 4};
-/// Where a machine's speed jumps between the frames of a round, that round is lost: short frames
-/// and many rounds lose few.
-constexpr Length kInTurns{1, 3, 12};
+constexpr Length kAlone{0, 1, 2};
+/// Most of what visits differ by is the processes' luck, so that more rounds would tell little.
+constexpr Length kInTurns{1, 1, 5};
 
 /// What was drawn in a visit, and whether that is enough.
 class Tally {
  public:
-  Tally(std::size_t wanted, double leastWall) : wanted_(wanted), leastWall_(leastWall) {}
+  Tally(std::size_t workers, std::size_t wanted, double leastTime)
+      : workers_(workers), wanted_(wanted), leastTime_(leastTime) {}
 
-  void add(double wall, bool disturbed) {
+  void add(double time, bool disturbed) {
     ++all_.count;
-    all_.wall += wall;
+    all_.time += time;
     undisturbed_.count += disturbed ? 0 : 1;
-    undisturbed_.wall += disturbed ? 0 : wall;
+    undisturbed_.time += disturbed ? 0 : time;
   }
   bool isEnough() const {
-    return isEnough(undisturbed_.count, undisturbed_.wall) ||
-           isEnough(all_.count / 2, all_.wall / 2);
+    return all_.count % workers_ == 0 && (isEnough(undisturbed_.count, undisturbed_.time) ||
+                                          isEnough(all_.count / 2, all_.time / 2));
   }
 
  private:
   struct Rounds {
     std::size_t count = 0;
-    double wall = 0;
+    double time = 0;
   };
 
-  bool isEnough(std::size_t count, double wall) const {
+  bool isEnough(std::size_t count, double time) const {
     return count >= wanted_ ||
-           (count >= kFewestRounds && wall >= static_cast<double>(wanted_) * leastWall_);
+           (count >= workers_ && time >= static_cast<double>(wanted_) * leastTime_);
   }
 
+  std::size_t workers_;
   std::size_t wanted_;
-  double leastWall_;
+  double leastTime_;
   Rounds all_;
   Rounds undisturbed_;
 };
@@ -58,7 +59,7 @@ Frame frameOf(Worker& worker, double frame, std::chrono::milliseconds patience) 
   const auto leastTime =
       std::chrono::microseconds(static_cast<std::int64_t>(frame * kMicrosecondsPerMillisecond));
   Frame drawn = worker.draw(leastTime, patience);
-  if (drawn.primitives == 0 || drawn.wall <= 0) {
+  if (drawn.primitives == 0 || drawn.wall <= 0 || drawn.time() <= 0) {
     worker.fault("drew a frame of nothing");
   }
   drawn.disturbed = isDisturbed(drawn);
@@ -68,44 +69,50 @@ Frame frameOf(Worker& worker, double frame, std::chrono::milliseconds patience) 
 }  // namespace
 
 bool isDisturbed(const Frame& frame) {
-  return static_cast<double>(std::max(frame.wait, frame.steal.value_or(0))) >
-         kDisturbedShare * static_cast<double>(frame.wall);
+  const auto wall = static_cast<double>(frame.wall);
+  return static_cast<double>(frame.wait) > kMostWaiting * wall ||
+         static_cast<double>(frame.steal.value_or(0)) > kMostStolen * wall;
 }
 
 std::vector<std::vector<Frame>> framesInTurns(const std::vector<Worker*>& workers, double frame,
-                                              std::chrono::milliseconds patience) {
+                                              std::chrono::milliseconds patience,
+                                              std::chrono::steady_clock::time_point deadline) {
   const std::size_t count = workers.size();
   const Length& length = count == 1 ? kAlone : kInTurns;
-  const double leastWall = static_cast<double>(count) * frame * kNanosecondsPerMillisecond;
+  const double leastTime = static_cast<double>(count) * frame * kNanosecondsPerMillisecond;
   std::vector<std::vector<Frame>> frames(count);
   std::size_t begins = 0;
-  double wall = 0;  // of the last round
+  double time = 0;  // of the last round
   bool disturbed = false;
+  const auto isInTime = [&] { return std::chrono::steady_clock::now() < deadline; };
   const auto drawRound = [&] {
-    wall = 0;
+    time = 0;
     disturbed = false;
     for (std::size_t i = 0; i < count; ++i) {
       const std::size_t side = (begins + i) % count;
       const Frame drawn = frameOf(*workers[side], frame, patience);
-      wall += static_cast<double>(drawn.wall);
+      time += static_cast<double>(drawn.time());
       disturbed = disturbed || drawn.disturbed;
       frames[side].push_back(drawn);
     }
     ++begins;
   };
-  for (int i = 0; i < length.first; ++i) {
+  for (int i = 0; i < length.first && isInTime(); ++i) {
     drawRound();
   }
   double warm = 0;
-  for (int i = 0; i < length.warmUps && warm < length.warmUps * leastWall; ++i) {
+  for (int i = 0; i < length.warmUps && warm < length.warmUps * leastTime && isInTime(); ++i) {
     drawRound();
-    warm += wall;
+    warm += time;
   }
   frames.assign(count, {});
   begins = 0;
-  for (Tally tally(length.rounds, leastWall); !tally.isEnough();) {
+  for (Tally tally(count, length.rounds, leastTime); !tally.isEnough() && isInTime();) {
     drawRound();
-    tally.add(wall, disturbed);
+    tally.add(time, disturbed);
+  }
+  for (std::vector<Frame>& ofWorker : frames) {
+    ofWorker.resize(begins - begins % count);
   }
   return frames;
 }

@@ -23,7 +23,8 @@ class Sitting {
         onlookers(others),
         turns(planned.settings.seed),
         workers(planned, command, interruption, turns),
-        settled(planned.sides.size(), std::vector<bool>(planned.cells.size(), false)) {
+        settled(planned.sides.size(), std::vector<bool>(planned.cells.size(), false)),
+        secondsToSet(planned.cells.size(), 0.0) {
     record.machine = thisMachine();
     record.before = machineNow();
     for (Side& side : record.sides) {
@@ -113,9 +114,6 @@ class Sitting {
 
   void takeBlock(std::size_t block) {
     workers.endAll();
-    if (const auto core = workers.core()) {
-      record.speeds.push_back(speedOf(*core));
-    }
     firstToStart = (firstToStart + 1) % record.sides.size();
     const double start = elapsed();
     if (!needWorkers()) {
@@ -130,7 +128,8 @@ class Sitting {
         if (secondsLeft() <= 0) {
           return;
         }
-        if (!sidesFor(cell).empty()) {
+        // A cell that takes longer to be set than is left is not begun.
+        if (!sidesFor(cell).empty() && secondsLeft() > secondsToSet[cell]) {
           if (!needWorkers()) {
             return;
           }
@@ -187,6 +186,7 @@ class Sitting {
         ready.push_back(sides[i]);
       }
     }
+    secondsToSet[cell] = elapsed() - start;
     if (ready.size() < sides.size() || !draw(ready, cell, block, start)) {
       tryAlone(ready, cell);
     }
@@ -202,15 +202,27 @@ class Sitting {
       drawing.push_back(&workers.of(side));
     }
     return framesInTurns(drawing, record.settings.frame,
-                         workers.patienceFor(record.cells[cell].detail));
+                         workers.patienceFor(record.cells[cell].detail), deadline());
+  }
+  std::chrono::steady_clock::time_point deadline() const {
+    return began + std::chrono::ceil<std::chrono::steady_clock::duration>(
+                       std::chrono::duration<double>(record.settings.seconds));
   }
 
-  /// Whether nobody failed over it; if so, the visit is kept.
+  /// Whether nobody failed over it; if so, the visit is kept, unless there was no time for frames.
   bool draw(const std::vector<std::size_t>& sides, std::size_t cell, std::size_t block,
             double start) {
     return attempt(cell, [&] {
+      const std::optional<double> before = workers.yardstick();
       auto frames = framesOf(sides, cell);
-      Visit visit{cell, block, start, {}, {}};
+      const std::optional<double> after = workers.yardstick();
+      if (frames.front().empty()) {
+        return;
+      }
+      Visit visit{cell, block, start, {}, {}, {}};
+      if (before && after) {
+        visit.yardstick = {*before, *after};
+      }
       visit.frames.resize(record.sides.size());
       for (std::size_t side = 0; side < record.sides.size(); ++side) {
         visit.workers.push_back(workers.numberOf(side));
@@ -237,7 +249,8 @@ class Sitting {
   Turns turns;
   Workers workers;
   Settled settled;
-  std::size_t firstToStart;  ///< changes with every block
+  std::vector<double> secondsToSet;  ///< by cell, for all sides together; 0: not known
+  std::size_t firstToStart;          ///< changes with every block
   std::size_t nextLook = kFirstLook;
   std::chrono::steady_clock::time_point began = std::chrono::steady_clock::now();
 };

@@ -52,7 +52,8 @@ Workers::Workers(Record& record, const std::vector<std::string>& command,
       turns_(turns),
       core_(lastCore()),
       workers_(record.sides.size()),
-      numbers_(record.sides.size()) {}
+      numbers_(record.sides.size()),
+      hasYardstick_(core_.has_value()) {}
 
 void Workers::need(std::size_t side) {
   for (int attempt = 1; !has(side); ++attempt) {
@@ -71,6 +72,32 @@ void Workers::endAll() {
   for (auto& worker : workers_) {
     worker.reset();
   }
+}
+
+std::optional<double> Workers::yardstick() {
+  constexpr double kNanosecondsPerSecond = 1e9;
+  constexpr std::chrono::microseconds kLeastTime{3000};
+  try {
+    if (!hasYardstick_ || (!yardstick_ && !setYardstick())) {
+      hasYardstick_ = false;
+      return std::nullopt;
+    }
+    const Frame frame = yardstick_->draw(kLeastTime, patienceFor(0));
+    if (frame.primitives > 0 && frame.time() > 0) {
+      return kNanosecondsPerSecond * static_cast<double>(frame.primitives) /
+             static_cast<double>(frame.time());
+    }
+  } catch (const WorkerFault&) {
+    hasYardstick_ = false;
+    yardstick_.reset();
+  }
+  return std::nullopt;
+}
+
+/// Calls for each vertex keep all parts of a core busy that hardware threads share.
+bool Workers::setYardstick() {
+  yardstick_ = start(0);
+  return yardstick_->set({"immediateMode", "triStrip", 8, ""}, patienceFor(0)).hasFigure();
 }
 
 std::unique_ptr<Worker> Workers::start(std::size_t index) {

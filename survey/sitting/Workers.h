@@ -33,12 +33,17 @@ class Workers {
   /// Processes count through the sitting.
   std::size_t numberOf(std::size_t side) const { return numbers_[side]; }
 
+  /// How fast the core is now: primitives per second of a cell that suffers from whoever shares it,
+  /// drawn by a worker that nothing else is asked of, which lives as long as the sitting. None
+  /// where no core was chosen, and for good where that worker fails.
+  std::optional<double> yardstick();
+
   /// What a worker may take for one answer: larger models take longer to build and to draw.
   std::chrono::milliseconds patienceFor(unsigned int detail) const;
-  std::optional<unsigned int> core() const { return core_; }
 
  private:
   std::unique_ptr<Worker> start(std::size_t index);
+  bool setYardstick();
 
   Record& record_;
   const std::vector<std::string>& command_;
@@ -48,6 +53,8 @@ class Workers {
   std::vector<std::unique_ptr<Worker>> workers_;
   std::vector<std::size_t> numbers_;
   std::size_t started_ = 0;
+  std::unique_ptr<Worker> yardstick_;
+  bool hasYardstick_;
 };
 
 }  // namespace survey

@@ -1,7 +1,10 @@
 #include "survey/statistics/Estimate.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <vector>
 
 #include "survey/statistics/Significance.h"
@@ -23,32 +26,53 @@ void shareVariances(std::span<Estimate> estimates) {
     }
   }
   const Variance common = commonVariance(ofValues);
+  // All of them together know no more than this.
+  const double most =
+      std::accumulate(ofValues.begin(), ofValues.end(), 0.0,
+                      [](double sum, const Variance& own) { return sum + own.freedom; });
   auto own = ofValues.begin();
   for (Estimate& estimate : estimates) {
     if (estimate.variance.freedom > 0) {
       const Variance shared = moderated(*own++, common);
-      estimate.variance = {shared.value / static_cast<double>(estimate.values), shared.freedom};
+      estimate.variance = {shared.value / static_cast<double>(estimate.values),
+                           std::min(shared.freedom, most)};
     }
   }
 }
 
 Estimate difference(const Estimate& newer, const Estimate& base) {
-  const double mean = newer.mean - base.mean;
-  const double variance = newer.variance.value + base.variance.value;
-  if (!(newer.variance.freedom > 0) || !(base.variance.freedom > 0)) {
-    return {mean, {variance, 0}};
+  const Estimate opposite{-base.mean, base.variance, base.values};
+  const auto [mean, variance, values] = meanOf(std::array{newer, opposite});
+  return {2 * mean, {4 * variance.value, variance.freedom}};
+}
+
+Estimate meanOf(std::span<const Estimate> estimates) {
+  const auto count = static_cast<double>(estimates.size());
+  Estimate result;
+  double parts = 0;
+  for (const auto& [mean, variance, values] : estimates) {
+    result.mean += mean / count;
+    const double share = variance.value / (count * count);
+    result.variance.value += share;
+    parts += share * share / variance.freedom;
   }
-  const auto part = [](const Variance& own) { return own.value * own.value / own.freedom; };
-  const double parts = part(newer.variance) + part(base.variance);
-  return {mean,
-          {variance,
-           parts > 0 ? variance * variance / parts : std::numeric_limits<double>::infinity()}};
+  const bool isKnown =
+      std::all_of(estimates.begin(), estimates.end(),
+                  [](const Estimate& estimate) { return estimate.variance.freedom > 0; });
+  result.variance.freedom = !isKnown    ? 0
+                            : parts > 0 ? result.variance.value * result.variance.value / parts
+                                        : std::numeric_limits<double>::infinity();
+  return result;
+}
+
+Interval exponential(const Interval& logarithms) {
+  return {std::exp(logarithms.low), std::exp(logarithms.middle), std::exp(logarithms.high)};
 }
 
 Interval intervalOf(const Estimate& estimate, double confidence) {
   const double reach = estimate.variance.freedom > 0
                            ? std::sqrt(estimate.variance.value) *
-                                 criticalValue(1 - confidence, estimate.variance.freedom)
+                                 criticalValue((1 - confidence) / 2, estimate.variance.freedom)
                            : std::numeric_limits<double>::infinity();
   return {estimate.mean - reach, estimate.mean, estimate.mean + reach};
 }

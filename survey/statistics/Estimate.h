@@ -15,6 +15,7 @@ struct Interval {
 
   double halfWidth() const { return (high - low) / 2; }
   bool contains(double value) const { return low <= value && value <= high; }
+  bool meets(const Interval& other) const { return low <= other.high && other.low <= high; }
 };
 
 struct Estimate {
@@ -27,11 +28,18 @@ struct Estimate {
 Estimate estimateOf(std::span<const double> values);
 
 /// Moves the variances of estimates that are known from few values towards what they have in
-/// common. One of a single value knows nothing of its scatter, and stays so.
+/// common. One of a single value knows nothing of its scatter, and stays so; none is known with
+/// more degrees of freedom than all have together.
 void shareVariances(std::span<Estimate> estimates);
 
 /// Of independent ones, with Welch's degrees of freedom.
 Estimate difference(const Estimate& newer, const Estimate& base);
+
+/// The mean of independent ones, of which there is at least one, likewise.
+Estimate meanOf(std::span<const Estimate> estimates);
+
+/// Of what the interval holds the logarithm of.
+Interval exponential(const Interval& logarithms);
 
 /// Student's, which holds the middle with that confidence; infinite where nothing is known of the
 /// scatter.

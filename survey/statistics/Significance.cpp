@@ -15,14 +15,14 @@ double criticalValue(double probability, double freedom) {
     return std::numeric_limits<double>::infinity();
   }
   return boost::math::quantile(
-      boost::math::complement(boost::math::students_t(freedom), probability / 2));
+      boost::math::complement(boost::math::students_t(freedom), probability));
 }
 
-double twoSidedProbability(double value, double freedom) {
+double probabilityAbove(double value, double freedom) {
   if (!(freedom > 0)) {
     return 1;
   }
-  return 2 * boost::math::cdf(boost::math::students_t(freedom), -std::abs(value));
+  return boost::math::cdf(boost::math::complement(boost::math::students_t(freedom), value));
 }
 
 std::vector<bool> positives(std::span<const double> probabilities, double level) {

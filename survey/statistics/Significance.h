@@ -6,13 +6,12 @@
 
 namespace survey {
 
-/// What Student's distribution exceeds, in either direction, with that probability; infinite
-/// without a degree of freedom.
+/// What Student's distribution exceeds with that probability; infinite without a degree of freedom.
 double criticalValue(double probability, double freedom);
 
-/// How probable so large a value is by chance alone, in either direction; 1 without a degree of
+/// How probable it is that Student's distribution exceeds that value; 1 without a degree of
 /// freedom.
-double twoSidedProbability(double value, double freedom);
+double probabilityAbove(double value, double freedom);
 
 /// Which of the tests may be called positive so that the chance of even one false alarm among all
 /// of them is at most `level`: the step-down procedure of Holm (1979). In the order of the

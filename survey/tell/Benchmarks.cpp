@@ -13,7 +13,7 @@ using Json = nlohmann::ordered_json;
 /// The measured frames of one cell in one block.
 struct Repetition {
   std::uint64_t primitives = 0;
-  std::int64_t wall = 0;
+  std::int64_t time = 0;
   std::int64_t cpu = 0;
 };
 
@@ -24,7 +24,7 @@ std::map<std::size_t, Repetition> repetitionsOf(const SideView& side, std::size_
       for (const Frame& frame : side.frames(visit)) {
         Repetition& repetition = repetitions[visit.block];
         repetition.primitives += frame.primitives;
-        repetition.wall += frame.wall;
+        repetition.time += frame.time();
         repetition.cpu += frame.cpu;
       }
     }
@@ -90,14 +90,14 @@ void addRepetitions(Json& benchmarks, const SideView& side, std::size_t cell,
   for (const auto& [block, repetition] : repetitions) {
     const auto models = static_cast<double>(repetition.primitives) /
                         static_cast<double>(side.state(cell).answer->primitivesPerModel);
-    const auto wall = static_cast<double>(repetition.wall);
-    const double rate = 1e9 * static_cast<double>(repetition.primitives) / wall;
+    const auto time = static_cast<double>(repetition.time);
+    const double rate = 1e9 * static_cast<double>(repetition.primitives) / time;
     Json entry = entryOf(name, cell, "iteration");
     entry["repetitions"] = repetitions.size();
     entry["repetition_index"] = real.size();
     entry["threads"] = 1;
     entry["iterations"] = std::llround(models);
-    real.push_back(wall / models);
+    real.push_back(time / models);
     cpu.push_back(static_cast<double>(repetition.cpu) / models);
     rates.push_back(rate);
     addTimes(entry, {real.back(), cpu.back(), rate});

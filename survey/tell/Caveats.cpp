@@ -13,10 +13,10 @@ namespace {
 
 using Sentences = std::vector<std::string>;
 
-/// From so many disturbed frames on the machine is too busy to be measured on.
-constexpr double kBusyShare = 1.0 / 3;
-/// Below so much of its fastest speed the machine's moves are worth a word.
-constexpr double kSteady = 0.9;
+/// From so much waiting on the machine is too busy to be measured on.
+constexpr double kBusyShare = 0.7;
+/// Less of a side's time is not worth a word.
+constexpr double kWorthAWord = 0.005;
 
 /// The sittings that these are sides of, each once.
 std::vector<const Record*> sittingsOf(const std::vector<SideView>& sides) {
@@ -51,27 +51,78 @@ Sentences endingOf(const Record& record) {
   return sentences;
 }
 
-/// How many frames others disturbed, and whether those are too many; empty for none.
-Sentences disturbanceOf(const std::vector<const Record*>& records) {
-  std::size_t disturbed = 0;
-  std::size_t all = 0;
-  for (const Record* const record : records) {
-    for (const Visit& visit : record->visits) {
-      for (const std::vector<Frame>& frames : visit.frames) {
-        all += frames.size();
-        disturbed += static_cast<std::size_t>(std::count_if(
-            frames.begin(), frames.end(), [](const Frame& frame) { return frame.disturbed; }));
-      }
+/// Of the frames of one side.
+struct Waiting {
+  std::size_t frames = 0;
+  std::size_t waited = 0;  ///< for more than 2 % of their time
+  double wall = 0;
+  double wait = 0;
+
+  double share() const { return wall > 0 ? wait / wall : 0; }
+};
+
+Waiting waitingOf(const SideView& side) {
+  constexpr double kMuch = 0.02;
+  Waiting waiting;
+  for (const Visit& visit : side.record->visits) {
+    for (const Frame& frame : side.frames(visit)) {
+      const auto wall = static_cast<double>(frame.wall);
+      const auto wait = static_cast<double>(frame.wait);
+      ++waiting.frames;
+      waiting.waited += wait > kMuch * wall ? 1 : 0;
+      waiting.wall += wall;
+      waiting.wait += wait;
     }
   }
-  if (disturbed == 0) {
-    return {};
+  return waiting;
+}
+
+/// How long sides waited for a processor, whether that is too long, and whether it is their own
+/// fault; empty where it is not worth a word.
+Sentences waitingOf(const std::vector<SideView>& sides) {
+  constexpr double kFarMore = 4;
+  Sentences sentences;
+  const Waiting ofFirst = waitingOf(sides.front());
+  const std::vector<std::string> labels = labelsOf(sides);
+  for (std::size_t i = 0; i < sides.size(); ++i) {
+    const SideView& side = sides[i];
+    const Waiting own = waitingOf(side);
+    if (own.share() < kWorthAWord) {
+      continue;
+    }
+    const bool isOwnFault = side.record == sides.front().record && sides.size() > 1 &&
+                            own.share() > kFarMore * std::max(ofFirst.share(), kWorthAWord);
+    sentences.push_back(fmt::format(
+        "{} of {} frames{} waited for the processor, {:.0f} % of the time, which is not counted.{}",
+        own.waited, own.frames, labels[i].empty() ? "" : " of " + labels[i], kPercent * own.share(),
+        isOwnFault
+            ? fmt::format(" Those of {} hardly did: threads of {} itself seem to compete with "
+                          "the one that submits.",
+                          sides.front().name(), side.name())
+        : own.share() > kBusyShare
+            ? " The machine is too busy for sure figures: repeat this when it is calmer."
+            : ""));
   }
-  const double share = static_cast<double>(disturbed) / static_cast<double>(all);
-  return {fmt::format("{} of {} frames were disturbed by other work.{}", disturbed, all,
-                      share > kBusyShare ? " The machine is too busy for sure figures: repeat the "
-                                           "survey when it is calmer."
-                                         : "")};
+  return sentences;
+}
+
+/// What states the processor was in, where those were two.
+std::string statesInWords(const SideView& side) {
+  const States states = statesOf(*side.record);
+  if (!states.areTwo) {
+    return "";
+  }
+  const std::string share = fmt::format(
+      "The core was fast in {:.0f} % of the visits and slow, as if it were shared, in the "
+      "others",
+      kPercent * states.fastShare);
+  if (side.record->sides.size() > 1) {
+    return share + "; both sides always were in the same state.";
+  }
+  return share +
+         (states.shown == CoreState::kFast
+              ? "; the figures are those of the fast state."
+              : ": too seldom fast for figures, so that THESE ARE THOSE OF THE SLOW STATE.");
 }
 
 /// What is said of any sittings, of one side or several.
@@ -82,8 +133,15 @@ Sentences caveatsOf(const std::vector<SideView>& sides) {
     const Sentences ending = endingOf(*record);
     sentences.insert(sentences.end(), ending.begin(), ending.end());
   }
-  const Sentences disturbance = disturbanceOf(records);
-  sentences.insert(sentences.end(), disturbance.begin(), disturbance.end());
+  const std::vector<std::string> labels = labelsOf(sides);
+  for (std::size_t i = 0; i < sides.size(); ++i) {
+    const std::string states = sides[i].index == 0 ? statesInWords(sides[i]) : "";
+    if (!states.empty()) {
+      sentences.push_back((records.size() > 1 ? labels[i] + ": " : "") + states);
+    }
+  }
+  const Sentences waiting = waitingOf(sides);
+  sentences.insert(sentences.end(), waiting.begin(), waiting.end());
   return sentences;
 }
 
@@ -139,6 +197,15 @@ Sentences differencesOf(const Record& base, const Record& newer) {
 
 /// What could have been found.
 std::string sensitivityOf(const Changes& changes, double threshold) {
+  if (changes.allowance > 0) {
+    return fmt::format(
+        "One sitting a side does not tell how far sittings lie apart, so nothing is called slower "
+        "or "
+        "faster, and the intervals are {:g} % wider at either end, which is what sittings of one "
+        "driver may differ by. Give several files a side, or let the drivers take turns with "
+        "versus.",
+        changes.allowance);
+  }
   if (!std::isfinite(changes.visibleOverall) || changes.visibleOverall >= kPercent) {
     return "One block cannot tell how far blocks scatter, and so nothing could be found; give more "
            "time with --seconds.";
@@ -160,17 +227,6 @@ Sentences caveatsOf(const Changes& changes, double threshold) {
   if (!changes.cells.empty()) {
     sentences.push_back(sensitivityOf(changes, threshold));
   }
-  if (changes.base.record != changes.newer.record) {
-    const Sentences differences = differencesOf(*changes.base.record, *changes.newer.record);
-    sentences.insert(sentences.end(), differences.begin(), differences.end());
-    constexpr double kWorthAWord = 1;
-    if (changes.moved > kWorthAWord) {
-      sentences.push_back(
-          fmt::format("The machine's own speed moved by {:.1f} % between the sittings; the "
-                      "intervals are wider by that.",
-                      changes.moved));
-    }
-  }
   const auto name = [&](const std::vector<Cell>& cells, const std::vector<std::size_t>& indices,
                         const std::string& what) {
     if (!indices.empty()) {
@@ -178,7 +234,7 @@ Sentences caveatsOf(const Changes& changes, double threshold) {
     }
   };
   name(ofBase, changes.notInOverall,
-       "Left out of the overall change, as one block does not tell how far it scatters");
+       "Left out of the overall change, as they were not measured often enough");
   name(ofBase, changes.onlyBase, "Only in " + base);
   name(ofNew, changes.onlyNew, "Only in " + newer);
   name(ofNew, changes.newFails, "Fails in " + newer + " alone");
@@ -187,6 +243,13 @@ Sentences caveatsOf(const Changes& changes, double threshold) {
            " alone, which may be chance; repeat the comparison with these cells");
   name(ofBase, changes.baseFails, "Fails in " + base + " alone");
   return sentences;
+}
+
+/// "1 frame in 4 takes 20 ms longer than the typical one"
+std::string stallsInWords(const Stalls& stalls) {
+  constexpr double kNanosecondsPerMillisecond = 1e6;
+  return fmt::format("1 frame in {:.0f} takes {} ms longer than the typical one", 1 / stalls.part,
+                     threeDigits(stalls.longer / kNanosecondsPerMillisecond));
 }
 
 /// Whether most frames go on after glFinish.
@@ -211,10 +274,6 @@ Sentences caveatsOf(const SideView& side, const Figures& figures) {
       sentences.push_back(sentence);
     }
   };
-  add(figures.slowest < kSteady,
-      fmt::format("The machine's own speed moved, down to {:.0f} % of its fastest; that is taken "
-                  "out of the ratios.",
-                  kPercent * figures.slowest));
   add(figures.refused > 0,
       fmt::format("The driver does not run {} (see the notes).", cellsInWords(figures.refused)));
   add(figures.failed > 0, fmt::format("{} failed (see the notes).", cellsInWords(figures.failed)));
@@ -226,11 +285,16 @@ Sentences caveatsOf(const SideView& side, const Figures& figures) {
   return sentences;
 }
 
-Sentences caveatsOf(const std::vector<Changes>& changes, double threshold) {
-  std::vector<SideView> sides{changes.front().base};
-  std::transform(changes.begin(), changes.end(), std::back_inserter(sides),
-                 [](const Changes& ofSide) { return ofSide.newer; });
+Sentences caveatsOf(const std::vector<SideView>& sides, const std::vector<Changes>& changes,
+                    double threshold) {
   Sentences sentences = caveatsOf(sides);
+  for (const SideView& side : sides) {
+    for (const std::string& difference : differencesOf(*sides.front().record, *side.record)) {
+      if (std::find(sentences.begin(), sentences.end(), difference) == sentences.end()) {
+        sentences.push_back(difference);
+      }
+    }
+  }
   for (const Changes& ofSide : changes) {
     for (const std::string& sentence : caveatsOf(ofSide, threshold)) {
       sentences.push_back(changes.size() == 1 ? sentence : ofSide.newer.name() + ": " + sentence);
@@ -258,6 +322,38 @@ std::string remarkOn(const SideView& side, std::size_t cell, bool hasFigure) {
     remarks.emplace_back(
         "glFinish returns before all is drawn; counted is the time until a pixel can be read");
   }
+  return fmt::format("{}", fmt::join(remarks, "; "));
+}
+
+std::string remarkOn(const SideView& side, const CellFigure& figure) {
+  const std::string remark = remarkOn(side, figure.cell, true);
+  return !figure.stalls ? remark
+                        : fmt::format("{}{}{}", remark, remark.empty() ? "" : "; ",
+                                      stallsInWords(*figure.stalls));
+}
+
+std::string remarkOn(const Changes& changes, const CellChange& cell) {
+  const auto ofSide = [&](const SideView& side, std::size_t index) {
+    std::vector<std::string> remarks{remarkOn(side, index, true)};
+    if (const auto stalls = cell.typical ? stallsOf(side, index) : std::nullopt) {
+      remarks.push_back(stallsInWords(*stalls));
+    }
+    std::erase(remarks, "");
+    return fmt::format("{}", fmt::join(remarks, "; "));
+  };
+  const std::string ofBase = ofSide(changes.base, cell.base);
+  const std::string ofNew = ofSide(changes.newer, cell.newer);
+  std::vector<std::string> remarks;
+  if (cell.typical) {
+    remarks.push_back("the typical frame is " + changeInWords(*cell.typical));
+  }
+  if (ofBase == ofNew) {
+    remarks.push_back(ofBase);
+  } else {
+    remarks.push_back(ofBase.empty() ? "" : fmt::format("{}: {}", changes.base.name(), ofBase));
+    remarks.push_back(ofNew.empty() ? "" : fmt::format("{}: {}", changes.newer.name(), ofNew));
+  }
+  std::erase(remarks, "");
   return fmt::format("{}", fmt::join(remarks, "; "));
 }
 

@@ -44,6 +44,8 @@ std::vector<std::string> measured(const CellAnswer& answer, const CellFigure& fi
           std::string(yesOrNo(figure.leads)),
           std::string(yesOrNo(figure.precise)),
           std::to_string(figure.blocks),
+          std::to_string(figure.visits),
+          figure.slowFactor ? number(figure.slowFactor->middle) : "",
           number(answer.verticesPerCall),
           number(figure.nanosecondsPerCall),
           figure.gpuShare ? number(*figure.gpuShare) : "",
@@ -52,8 +54,9 @@ std::vector<std::string> measured(const CellAnswer& answer, const CellFigure& fi
 
 constexpr std::string_view kHeadings =
     "name,method,primitive,detail,with,sent,unit,rate,rate_low,rate_high,ratio,ratio_low,"
-    "ratio_high,leads,precise,blocks,vertices_per_call,ns_per_call,gpu_share,core_profile,remark\n";
-constexpr std::size_t kMeasuredFields = 13;
+    "ratio_high,leads,precise,blocks,visits,slow_factor,vertices_per_call,ns_per_call,gpu_share,"
+    "core_profile,remark\n";
+constexpr std::size_t kMeasuredFields = 15;
 
 }  // namespace
 

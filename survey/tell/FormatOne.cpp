@@ -21,6 +21,7 @@ Record recordOf(Json json, const std::string& name) {
   for (Json& visit : json.at("visits")) {
     visit["frames"] = Json::array({visit.at("frames")});
     visit["workers"] = Json::array({visit.at("worker")});
+    visit["yardstick"] = Json::array();
   }
   json["cells"] = cells;
   json["sides"] = Json::array({{{"name", name},

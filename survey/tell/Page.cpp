@@ -8,6 +8,7 @@
 #include "survey/tell/Charts.h"
 #include "survey/tell/Html.h"
 #include "survey/tell/Numbers.h"
+#include "survey/tell/Sentences.h"
 #include "survey/tell/Summary.h"
 
 namespace survey {
@@ -298,8 +299,9 @@ std::string comparisonOf(const NamedResult& named) {
       threshold, tableAndCaveats(summary));
   std::vector<Ranked> ranked;
   ranked.reserve(sides.size());
-  for (const SideView& side : sides) {
-    ranked.push_back({side.name(), side, figuresOf(side)});
+  const std::vector<std::string> labels = labelsOf(sides);
+  for (std::size_t i = 0; i < sides.size(); ++i) {
+    ranked.push_back({labels[i], sides[i], figuresOf(sides[i])});
   }
   return html + rankingsOf(ranked, 3);
 }

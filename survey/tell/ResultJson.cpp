@@ -31,19 +31,23 @@ Json intervalJson(const Interval& interval) {  // JSON has no infinity
           {"high", number(interval.high)}};
 }
 
-Json figuresJson(const SideView& side) {
+Json figuresJson(const Figures& all, const SideView& side) {
   Json figures = Json::array();
-  for (const Group& group : figuresOf(side).groups) {
+  for (const Group& group : all.groups) {
     for (const CellFigure& figure : group.ranking) {
-      figures.push_back({{"name", nameOf(side.cell(figure.cell))},
-                         {"sent", group.sent},
-                         {"blocks", figure.blocks},
-                         {"rate", intervalJson(figure.rate)},
-                         {"ratio", intervalJson(figure.ratio)},
-                         {"leads", figure.leads},
-                         {"precise", figure.precise},
-                         {"nanoseconds_per_call", figure.nanosecondsPerCall},
-                         {"gpu_share", figure.gpuShare ? Json(*figure.gpuShare) : Json()}});
+      figures.push_back(
+          {{"name", nameOf(side.cell(figure.cell))},
+           {"sent", group.sent},
+           {"blocks", figure.blocks},
+           {"visits", figure.visits},
+           {"rate", intervalJson(figure.rate)},
+           {"typical_rate", intervalJson(figure.typical)},
+           {"slow_factor", figure.slowFactor ? intervalJson(*figure.slowFactor) : Json()},
+           {"ratio", intervalJson(figure.ratio)},
+           {"leads", figure.leads},
+           {"precise", figure.precise},
+           {"nanoseconds_per_call", figure.nanosecondsPerCall},
+           {"gpu_share", figure.gpuShare ? Json(*figure.gpuShare) : Json()}});
     }
   }
   return figures;
@@ -64,17 +68,26 @@ Json withoutJson(const SideView& side) {
   return without;
 }
 
-Json changeJson(const std::string& name, const Change& change) {
+/// Which of the processor's states the figures are of.
+Json statesJson(const States& states) {
+  return {{"shown", !states.areTwo                     ? "only"
+                    : states.shown == CoreState::kFast ? "fast"
+                                                       : "slow"},
+          {"fast_share", states.fastShare}};
+}
+
+Json changeJson(const std::string& name, const Changes& changes, const Change& change) {
   return {{"name", name},
           {"ratio", intervalJson(change.ratio)},
-          {"blocks", change.blocks},
+          {changes.isInTurns() ? "blocks" : "sittings", change.units},
           {"verdict", nlohmann::json(change.verdict)}};
 }
 
 Json changesJson(const Changes& changes) {
   Json cells = Json::array();
   for (const CellChange& cell : changes.cells) {
-    cells.push_back(changeJson(nameOf(changes.base.cell(cell.base)), cell.change));
+    cells.push_back(changeJson(nameOf(changes.base.cell(cell.base)), changes, cell.change));
+    cells.back()["typical_ratio"] = cell.typical ? intervalJson(*cell.typical) : Json();
   }
   const auto names = [&](const std::vector<std::size_t>& indices) {
     Json list = Json::array();
@@ -84,7 +97,7 @@ Json changesJson(const Changes& changes) {
     return list;
   };
   return {{"name", changes.newer.name()},
-          {"overall", changeJson("overall", changes.overall)},
+          {"overall", changeJson("overall", changes, changes.overall)},
           {"cells", cells},
           {"fails", names(changes.newFails)},
           {"dies", names(changes.newDies)},
@@ -105,8 +118,11 @@ void addAnswers(Json& own, const Result& result) {
   const std::vector<SideView> sides = sidesOf(result);
   own["sides"] = Json::array();
   for (const SideView& side : sides) {
-    own["sides"].push_back(
-        {{"name", side.name()}, {"figures", figuresJson(side)}, {"without", withoutJson(side)}});
+    const Figures figures = figuresOf(side);
+    own["sides"].push_back({{"name", side.name()},
+                            {"states", statesJson(figures.states)},
+                            {"figures", figuresJson(figures, side)},
+                            {"without", withoutJson(side)}});
   }
   if (result.isComparison()) {
     const std::vector<Changes> changes = changesOf(sides, result.threshold);
@@ -141,10 +157,13 @@ Result resultIn(const nlohmann::json& own) {
 
 std::string resultJson(const Result& result) {
   Json benchmarks = Json::array();
-  for (const SideView& side : sidesOf(result)) {
-    addBenchmarks(benchmarks, side, result.isComparison() ? side.name() + '/' : "");
+  const std::vector<SideView> sides = sidesOf(result);
+  const std::vector<std::string> labels = labelsOf(sides);
+  for (std::size_t i = 0; i < sides.size(); ++i) {
+    addBenchmarks(benchmarks, sides[i], result.isComparison() ? labels[i] + '/' : "");
   }
-  Json own = {{"format", kFormat}, {"frameColumns", kFrameColumns}};
+  Json own = {
+      {"format", kFormat}, {"frameColumns", kFrameColumns}, {"frameTime", "wall_ns - wait_ns"}};
   addAnswers(own, result);
   own["sittings"] = nlohmann::json(result.sittings);
   return fileOf(contextOf(sidesOf(result).front()), benchmarks, own);

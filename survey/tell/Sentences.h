@@ -23,6 +23,9 @@ std::string sourceOf(const SideView& side);
 
 std::string_view inWords(Verdict verdict);
 
+/// "7.1 % ± 0.8 % slower", of a ratio.
+std::string changeInWords(const Interval& ratio);
+
 /// "new is 7.1 % ± 0.8 % slower; worst: drawArrays, detail 64, 12 %."; a line a side.
 std::string verdictOf(const std::vector<Changes>& changes, double threshold);
 
@@ -30,14 +33,22 @@ std::string verdictOf(const std::vector<Changes>& changes, double threshold);
 /// first.
 std::vector<std::string> sourcesOf(const std::vector<SideView>& sides);
 
+/// Their names, with numbers where one was measured in several sittings: "old 1", "old 2", "new".
+std::vector<std::string> labelsOf(const std::vector<SideView>& sides);
+
 // Caveats.cpp: what has to be known beside the figures, a sentence each: how it ended, what the
 // machine did, which cells are missing or fail, what is not known precisely.
 
 std::vector<std::string> caveatsOf(const SideView& side, const Figures& figures);
-std::vector<std::string> caveatsOf(const std::vector<Changes>& changes, double threshold);
+std::vector<std::string> caveatsOf(const std::vector<SideView>& sides,
+                                   const std::vector<Changes>& changes, double threshold);
 
 /// On a cell of that index: why it has no figure, or what has to be known beside it; empty where
 /// there is nothing to say.
 std::string remarkOn(const SideView& side, std::size_t cell, bool hasFigure);
+
+/// The same of a cell with a figure: beside it, whether some frames take far longer than others.
+std::string remarkOn(const SideView& side, const CellFigure& figure);
+std::string remarkOn(const Changes& changes, const CellChange& cell);
 
 }  // namespace survey

@@ -51,7 +51,7 @@ void requireSoundFrames(const Record& record, const Visit& visit, const std::str
                         [](const Frame& frame) {
                           return isUsable(static_cast<double>(frame.primitives)) &&
                                  isUsable(static_cast<double>(frame.wall)) && frame.cpu >= 0 &&
-                                 frame.wait >= 0 && frame.late >= 0;
+                                 frame.wait >= 0 && frame.wait < frame.wall && frame.late >= 0;
                         }),
             where + " has a frame of no time or of nothing");
   }
@@ -79,9 +79,10 @@ void requireSound(const Record& record) {
         visit.frames.size() == record.sides.size() && visit.workers.size() == record.sides.size(),
         fmt::format("{} is of {} sides of {}", where, visit.frames.size(), record.sides.size()));
     requireSoundFrames(record, visit, where);
+    require((visit.yardstick.empty() || visit.yardstick.size() == 2) &&
+                std::all_of(visit.yardstick.begin(), visit.yardstick.end(), isUsable),
+            where + " has a yardstick that is no number");
   }
-  require(std::all_of(record.speeds.begin(), record.speeds.end(), isUsable),
-          "the core's speed is no number");
 }
 
 }  // namespace

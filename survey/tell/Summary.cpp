@@ -14,7 +14,7 @@ Summary summaryOf(const SideView& side, const Figures& figures) {
 Summary summaryOf(const std::vector<SideView>& sides, const std::vector<Changes>& changes,
                   double threshold) {
   return {verdictOf(changes, threshold), sourcesOf(sides), gridOf(changes),
-          caveatsOf(changes, threshold)};
+          caveatsOf(sides, changes, threshold)};
 }
 
 std::string asText(const Summary& summary, bool colours) {

@@ -12,7 +12,7 @@ namespace survey {
 namespace {
 
 /// The words that columns of numbers do without stand on the left.
-const std::vector<bool> kOnTheRight = {false, false, true, true,  true,  true,
+const std::vector<bool> kOnTheRight = {false, false, true, true,  true,  true, true,
                                        true,  true,  true, false, false, false};
 
 std::string_view inWords(RunsAs runsAs) {
@@ -40,9 +40,10 @@ Row rowOf(const SideView& side, const CellFigure& figure, bool best, bool alone,
           fmt::format("{:.0f}", answer.verticesPerCall),
           threeDigits(figure.nanosecondsPerCall),
           figure.gpuShare ? fmt::format("{:.0f} %", kPercent * *figure.gpuShare) : "",
+          figure.slowFactor ? fmt::format("{:.2f}", figure.slowFactor->middle) : "",
           std::string(inWords(answer.runsAs)),
           answer.inCoreProfile ? "yes" : "no",
-          notes.numberOf(remarkOn(side, figure.cell, true))};
+          notes.numberOf(remarkOn(side, figure))};
 }
 
 Row rowWithoutFigure(const SideView& side, std::size_t cell, Notes& notes) {
@@ -58,7 +59,7 @@ Row rowWithoutFigure(const SideView& side, std::size_t cell, Notes& notes) {
 Section sectionOf(const SideView& side, const Group& group, Notes& notes) {
   Section section{groupInWords(group.detail, group.primitive, group.sent),
                   {{"", "method", unitOf(group.primitive), "±", "of best", "±", "vertices/call",
-                    "ns/call", "GPU", "runs as", "core", "note"}}};
+                    "ns/call", "GPU", "if shared", "runs as", "core", "note"}}};
   const bool alone = std::count_if(group.ranking.begin(), group.ranking.end(),
                                    [](const CellFigure& figure) { return figure.leads; }) == 1;
   for (const CellFigure& figure : group.ranking) {
@@ -79,18 +80,6 @@ Tint tintOf(Verdict verdict) {
 
 std::string intervalInWords(const Interval& ratio) {
   return std::isfinite(ratio.high) ? fmt::format("{:.3f} to {:.3f}", ratio.low, ratio.high) : "?";
-}
-
-/// What only one side says of a cell, or both.
-std::string remarkOn(const Changes& changes, const CellChange& cell) {
-  std::string ofBase = remarkOn(changes.base, cell.base, true);
-  const std::string ofNew = remarkOn(changes.newer, cell.newer, true);
-  if (ofBase == ofNew) {
-    return ofBase;
-  }
-  std::string text = ofBase.empty() ? "" : fmt::format("{}: {}", changes.base.name(), ofBase);
-  text += text.empty() || ofNew.empty() ? "" : "; ";
-  return text + (ofNew.empty() ? "" : fmt::format("{}: {}", changes.newer.name(), ofNew));
 }
 
 /// Rates as they were, the machine's moves with them.
@@ -118,9 +107,10 @@ class Rows {
                                 [&](const Section& existing) { return existing.title == title; });
     if (section == grid.sections.end()) {
       const std::string unit = ' ' + unitOf(cell.primitive);
-      grid.sections.push_back({title,
-                               {{"method", changes.base.name() + unit, changes.newer.name() + unit,
-                                 "ratio", "95 %", "blocks", "verdict", "note"}}});
+      grid.sections.push_back(
+          {title,
+           {{"method", changes.base.name() + unit, changes.newer.name() + unit, "ratio", "95 %",
+             changes.isInTurns() ? "blocks" : "sittings", "verdict", "note"}}});
       section = grid.sections.end() - 1;
     }
     section->add(std::move(row), tint);
@@ -135,7 +125,7 @@ class Rows {
     addWithout(side.cell(cell), verdict,
                fmt::format("{}: {}", side.name(),
                            side.side().started()
-                               ? survey::remarkOn(side, cell, false)
+                               ? remarkOn(side, cell, false)
                                : "no worker could be started: " + side.side().whyNoWorker),
                tint);
   }
@@ -159,7 +149,7 @@ void addRows(Grid& grid, const Changes& changes, const std::vector<double>& base
         planned,
         {planned.method, threeDigits(baseRates[cell.base] / kMillion),
          threeDigits(newRates[cell.newer] / kMillion), fmt::format("{:.3f}", change.ratio.middle),
-         intervalInWords(change.ratio), std::to_string(change.blocks),
+         intervalInWords(change.ratio), std::to_string(change.units),
          std::string(inWords(change.verdict)), grid.notes.numberOf(remarkOn(changes, cell))},
         tintOf(change.verdict));
   }
@@ -173,7 +163,7 @@ void addRows(Grid& grid, const Changes& changes, const std::vector<double>& base
     rows.addWithout(base, cell, "base fails");
   }
   for (const std::size_t cell : changes.withoutFigures) {
-    rows.addWithout(base.cell(cell), "", survey::remarkOn(base, cell, false));
+    rows.addWithout(base.cell(cell), "", remarkOn(base, cell, false));
   }
   for (const std::size_t cell : changes.onlyBase) {
     rows.addWithout(base.cell(cell), "missing", "only in " + base.name());

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <map>
 
 #include <fmt/format.h>
 
@@ -17,13 +18,6 @@ std::string percentOf(const Interval& ratio) {
 
 std::string direction(const Interval& ratio) {
   return ratio.middle < 1 ? "slower" : "faster";
-}
-
-/// "7.1 % ± 0.8 % slower"
-std::string changeInWords(const Interval& ratio) {
-  const double reach = kPercent * ratio.halfWidth();
-  return fmt::format("{} ± {} {}", percentOf(ratio),
-                     reach < kPercent ? fmt::format("{:.1f} %", reach) : "?", direction(ratio));
 }
 
 std::string cellInWords(const Cell& cell) {
@@ -174,6 +168,12 @@ std::string_view inWords(Verdict verdict) {
   return "undecided";
 }
 
+std::string changeInWords(const Interval& ratio) {
+  const double reach = kPercent * ratio.halfWidth();
+  return fmt::format("{} ± {} {}", percentOf(ratio),
+                     reach < kPercent ? fmt::format("{:.1f} %", reach) : "?", direction(ratio));
+}
+
 std::string verdictOf(const std::vector<Changes>& changes, double threshold) {
   std::vector<std::string> lines;
   for (const Changes& ofSide : changes) {
@@ -187,22 +187,41 @@ std::string verdictOf(const std::vector<Changes>& changes, double threshold) {
 
 std::vector<std::string> sourcesOf(const std::vector<SideView>& sides) {
   std::vector<std::string> sentences;
-  sentences.reserve(sides.size());
+  const auto add = [&](const std::string& sentence) {
+    // Sittings of one side say the same.
+    if (std::find(sentences.begin(), sentences.end(), sentence) == sentences.end()) {
+      sentences.push_back(sentence);
+    }
+  };
   for (const SideView& side : sides) {
-    sentences.push_back(sourceInWords(side) + ownFilesOf(side, sides) + '.');
+    add(sourceInWords(side) + ownFilesOf(side, sides) + '.');
   }
   const SideView& base = sides.front();
-  for (auto side = sides.begin() + 1; side != sides.end(); ++side) {
-    if (side->side().started() && side->side().driver == base.side().driver) {
-      sentences.push_back(fmt::format(
-          "THE TWO SIDES ARE THE SAME DRIVER: {} and {} have the same GL strings, the same device, "
-          "and loaded the same files{}.",
-          base.name(), side->name(),
-          base.side().environment == side->side().environment ? ""
-                                                              : ", in environments that differ"));
+  for (const SideView& side : sides) {
+    if (side.name() != base.name() && side.side().started() &&
+        side.side().driver == base.side().driver) {
+      add(fmt::format(
+          "THE TWO SIDES ARE THE SAME DRIVER: {} and {} have the same GL strings, the same "
+          "device, and loaded the same files{}.",
+          base.name(), side.name(),
+          base.side().environment == side.side().environment ? ""
+                                                             : ", in environments that differ"));
     }
   }
   return sentences;
+}
+
+std::vector<std::string> labelsOf(const std::vector<SideView>& sides) {
+  std::vector<std::string> labels;
+  std::map<std::string, int> numbers;
+  for (const SideView& side : sides) {
+    const auto same = std::count_if(sides.begin(), sides.end(), [&](const SideView& other) {
+      return other.name() == side.name();
+    });
+    labels.push_back(same == 1 ? side.name()
+                               : fmt::format("{} {}", side.name(), ++numbers[side.name()]));
+  }
+  return labels;
 }
 
 }  // namespace survey

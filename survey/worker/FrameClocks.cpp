@@ -1,5 +1,6 @@
 #include "survey/worker/FrameClocks.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
 #include <ctime>
@@ -46,36 +47,49 @@ void FrameClocks::measuringBegins() {
   if (query_ != 0) {
     queries_.begin(GL_TIME_ELAPSED, query_);
   }
-  begin_.wait = waited();
   begin_.steal = stolen();
   begin_.cpu = nanoseconds(CLOCK_THREAD_CPUTIME_ID);
+  begin_.wait = waited();
   begin_.wall = nanoseconds(CLOCK_MONOTONIC);
 }
 
 void FrameClocks::measuringEnded() {
-  end_.wall = nanoseconds(CLOCK_MONOTONIC);
-  end_.cpu = nanoseconds(CLOCK_THREAD_CPUTIME_ID);
+  end_ = readings();
   end_.steal = stolen();
-  end_.wait = waited();
   if (query_ != 0) {
     queries_.end(GL_TIME_ELAPSED);
   }
   GLubyte pixel[4];
   glReadPixels(0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
-  drawn_ = nanoseconds(CLOCK_MONOTONIC);
+  drawn_ = readings();
+  drawn_.steal = end_.steal;
+}
+
+FrameClocks::Readings FrameClocks::readings() const {
+  Readings now;
+  now.wall = nanoseconds(CLOCK_MONOTONIC);
+  now.wait = waited();
+  now.cpu = nanoseconds(CLOCK_THREAD_CPUTIME_ID);
+  return now;
 }
 
 Frame FrameClocks::lastFrame() const {
-  Frame frame;
-  frame.wall = end_.wall - begin_.wall;
-  if (const std::int64_t late = drawn_ - end_.wall; late > frame.wall / kLatePart) {
-    frame.late = late;
-    frame.wall += late;
-  }
-  frame.cpu = end_.cpu - begin_.cpu;
-  frame.wait = end_.wait - begin_.wait;
-  if (begin_.steal && end_.steal) {
-    frame.steal = *end_.steal - *begin_.steal;
+  const auto between = [](const Readings& begin, const Readings& end) {
+    Frame frame;
+    frame.wall = end.wall - begin.wall;
+    frame.cpu = end.cpu - begin.cpu;
+    // The readings are not of one moment: what the thread computed, it did not wait for.
+    frame.wait = std::clamp<std::int64_t>(end.wait - begin.wait, 0,
+                                          std::max<std::int64_t>(0, frame.wall - frame.cpu));
+    if (begin.steal && end.steal) {
+      frame.steal = *end.steal - *begin.steal;
+    }
+    return frame;
+  };
+  Frame frame = between(begin_, end_);
+  if (const Frame rest = between(end_, drawn_); rest.time() > frame.time() / kLatePart) {
+    frame = between(begin_, drawn_);
+    frame.late = rest.time();
   }
   if (query_ != 0) {
     GLuint64 elapsed = 0;

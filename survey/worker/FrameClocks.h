@@ -28,9 +28,9 @@ class FrameClocks final : public FrameObserver {
  private:
   /// Readings in nanoseconds, from a start of each clock's own.
   struct Readings {
-    std::int64_t wait = 0;
     std::optional<std::int64_t> steal;
     std::int64_t cpu = 0;
+    std::int64_t wait = 0;
     std::int64_t wall = 0;
   };
 
@@ -42,6 +42,8 @@ class FrameClocks final : public FrameObserver {
     PFNGLGETQUERYOBJECTUI64VPROC result = nullptr;
   };
 
+  /// Of all clocks but the hypervisor's, in the order of an end.
+  Readings readings() const;
   std::int64_t waited() const;
   std::optional<std::int64_t> stolen() const;
 
@@ -50,7 +52,7 @@ class FrameClocks final : public FrameObserver {
   GLuint query_ = 0;  ///< 0: there are no timer queries
   Readings begin_;
   Readings end_;
-  std::int64_t drawn_ = 0;  ///< when a pixel could be read: all is drawn
+  Readings drawn_;  ///< when a pixel could be read: all is drawn
 };
 
 }  // namespace survey

@@ -37,7 +37,7 @@ FAULTS
 
 @test "A larger model gets more time for an answer" {
   SCRIPT=drawArrays/triStrip/2048=slow run -0 --separate-stderr \
-    "$scripted" run --methods drawArrays --details 2048 --unoptimised --patience 2 --seconds 3
+    "$scripted" run --methods drawArrays --details 2048 --unoptimised --patience 2 --seconds 6
   matches "$anything> +drawArrays +102 .*"
 }
 
@@ -47,25 +47,32 @@ FAULTS
   rm "$WORKERS"
   SCRIPT=displayLists/triStrip/8=SIGKILL run -0 --separate-stderr survey
   [ "$(grep -c 101 <<<"$output")" = 1 ]
-  [ "$(wc -l <"$WORKERS")" -le 8 ]  # six blocks, and two workers that it cost
+  [ "$(wc -l <"$WORKERS")" -le 9 ]  # six blocks, the yardstick, and two workers that it cost
 }
 
 @test "A cell that the driver does not run is a row that says so" {
   SCRIPT=displayLists/triStrip/8=refuse run -0 --separate-stderr survey \
     --seconds 3 --csv table --markdown md
   grep 'does not run 1 cell' <<<"$stderr"
-  grep -Ex '"displayLists/triStrip/8",displayLists,triStrip,8,"","",MTri/s,{13},"there are no lists here"' \
+  grep -Ex '"displayLists/triStrip/8",displayLists,triStrip,8,"","",MTri/s,{15},"there are no lists here"' \
     table
   grep -Ex '\|  \| displayLists \| - \|.* refused \|.*\[1\] \|' md
 }
 
-@test "Disturbed frames are repeated and counted" {
+@test "Waiting for the processor is taken out, and told" {
   SCRIPT=drawArrays/triStrip/8=disturb run -0 --separate-stderr survey --precision 5
-  grep -E ' [1-9][0-9]* of [1-9][0-9]* frames were disturbed by other work\.$' <<<"$stderr"
+  grep -E ' [1-9][0-9]* of [1-9][0-9]* frames waited for the processor, [1-9][0-9]* % of the time, which is not counted\.$' <<<"$stderr"
   [ "$(grep -cE '^> +drawArrays +102 ' <<<"$output")" = 2 ]
-  SCRIPT='drawArrays/triStrip/8=busy drawArrays/triStrip/64=busy' run -0 --separate-stderr survey \
-    --seconds 3
+  SCRIPT='drawArrays/triStrip/8=busy drawArrays/triStrip/64=busy displayLists/triStrip/64=busy' run -0 --separate-stderr survey \
+    --seconds 3 --json busy.json
   grep 'The machine is too busy for sure figures' <<<"$stderr"
+  grep -E '\[\[(\[[^]]*,true,0\],?){4}\]\]' busy.json >/dev/null  # twice as many as would do
+}
+
+@test "No frame is begun after the time" {
+  SCRIPT=drawArrays/triStrip/8=long run -0 --separate-stderr "$scripted" run --methods drawArrays \
+    --details 8 --unoptimised --seconds 3 --json long.json
+  grep -E '"frames":\[\[\[[^]]*\]\]\]' long.json >/dev/null  # one, where two are wanted
 }
 
 @test "It ends early with what is known" {
@@ -85,8 +92,10 @@ FAULTS
   wait_until test -s "$WORKERS"
   sleep 1
   kill -TERM $!
-  sleep 0.1
-  kill -HUP $!
+  for _ in {1..50}; do
+    kill -HUP $! 2>/dev/null || break
+    sleep 0.004
+  done
   status=0
   wait $! || status=$?
   [ "$status" = 143 ]
@@ -117,7 +126,9 @@ FAULTS
   sleep 1
   kill -KILL $!
   wait || true
-  [ "$(wc -l <"$WORKERS")" = 1 ]
+  for worker in $(cat "$WORKERS"); do
+    wait_until test ! -e "/proc/$worker"
+  done
 }
 
 @test "Files are written whole or not at all" {

@@ -36,9 +36,10 @@ Record exampleRecord() {
       {0,
        0,
        0.5,
-       {{{1600, 4000, 2000, 1, 5, 6, false}, {1600, 4000, 2000, 0, {}, {}, false, 1500}}},
-       {0}},
-      {0, 1, 1.5, {{{1600, 8000, 8000, 900, {}, {}, true, 4000}}}, {1}}};
+       {{{1600, 4000, 2000, 0, 5, 6, false}, {1600, 4000, 2000, 0, {}, {}, false, 1500}}},
+       {0},
+       {4e7, 3.9e7}},
+      {0, 1, 1.5, {{{1600, 8900, 8000, 900, {}, {}, true, 4000}}}, {1}, {}}};
   record.ending = Ending::kInterrupted;
   record.signal = 2;
   record.elapsed = 2;
@@ -123,7 +124,7 @@ TEST(ResultJson, ReadsFilesOfFormatOne) {
 
 TEST(ResultJson, SaysWhatIsWrongWithAFile) {
   std::string damaged = resultJson({{exampleRecord()}});
-  damaged.replace(damaged.find("\"visits\""), 8, "\"misits\"");
+  damaged.replace(damaged.rfind("\"visits\""), 8, "\"misits\"");
   std::string newer = resultJson({{exampleRecord()}});
   newer.replace(newer.find("\"format\":2"), 10, "\"format\":9");
   const std::pair<std::string, std::string> texts[] = {
@@ -158,7 +159,8 @@ TEST(ResultJson, IsNotBelievedUnread) {
       {"/sides/0/cells/0/answer/runsAs", "refused"},
       {"/cells/0/detail", 0},
       {"/cells/0/detail", 1e300},
-      {"/speeds", {0}},
+      {"/visits/0/frames/0/0/3", 1u << 31},
+      {"/visits/0/yardstick", {0, 1}},
       {"/settings/precision", "1"}};
   for (const auto& [place, value] : damages) {
     auto json = sound;

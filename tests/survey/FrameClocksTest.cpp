@@ -1,8 +1,11 @@
 // What a worker's clocks say of a frame.
+#include <atomic>
 #include <chrono>
 #include <cstring>
 #include <ctime>
 #include <thread>
+
+#include <sched.h>
 
 #include "platform/gl/WindowSystem.h"
 #include "survey/worker/FrameClocks.h"
@@ -56,8 +59,31 @@ TEST_F(FrameClocks, AFrameEndsWhenItIsDrawnEvenWhereFinishingDoesNotWait) {
 
   fakeDriver.meanwhile = {{"glReadPixels", wait}};
   const survey::Frame late = measured();
-  EXPECT_GE(late.late, took);
-  EXPECT_GE(late.wall, late.late);
+  EXPECT_GE(late.wall, took);
+  EXPECT_GT(late.late, punctual.time() / 4);
+}
+
+TEST_F(FrameClocks, WaitingForAProcessorIsNoPartOfTheTime) {
+  cpu_set_t before;
+  ASSERT_EQ(sched_getaffinity(0, sizeof before, &before), 0);
+  cpu_set_t one;
+  CPU_ZERO(&one);
+  CPU_SET(sched_getcpu(), &one);
+  ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
+  std::atomic<bool> ended = false;
+  std::thread rival([&] {  // on the same processor, as it is this thread's child
+    while (!ended) {
+    }
+  });
+  std::int64_t spent = 0;
+  fakeDriver.meanwhile["glFinish"] = [&] { spent = spin(CLOCK_THREAD_CPUTIME_ID); };
+  const survey::Frame frame = measured();
+  ended = true;
+  rival.join();
+  sched_setaffinity(0, sizeof before, &before);
+  EXPECT_LT(frame.time(), frame.wall);
+  EXPECT_GE(frame.time(), spent);
+  EXPECT_EQ(frame.late, 0);
 }
 
 TEST_F(FrameClocks, ProcessorTimeIsTheSubmittingThreadsOwn) {

@@ -78,7 +78,8 @@ class ScriptedSubject : public Subject {
   CellAnswer set(const Cell& cell) override {
     std::cout << "among the results" << std::endl;  // as the engine does
     deed = deedFor(nameOf(cell));
-    disturbedEvery = deed == "busy" ? 1 : deed == "disturb" ? 2 : 0;
+    waitsEvery = deed == "busy" ? 1 : deed == "disturb" ? 2 : 0;
+    isYardstick = cell.method == "immediateMode";
     rate = 1e6 * (100 + static_cast<double>(drawMethodNamed(cell.method)->method)) *
            speedOf(nameOf(cell));
     CellAnswer answer{RunsAs::kItself,
@@ -119,22 +120,27 @@ class ScriptedSubject : public Subject {
     if (deed == "drawing") {
       std::abort();
     }
-    std::ofstream(variable("TURNS"), std::ios::app) << variable("SIDE") << '\n';
+    if (!isYardstick) {
+      std::ofstream(variable("TURNS"), std::ios::app) << variable("SIDE") << '\n';
+    }
+    if (deed == "long") {
+      std::this_thread::sleep_for(2s);
+    }
     std::this_thread::sleep_for(100us);
     std::normal_distribution<> scatter(1, 0.001);
-    const auto wall = std::chrono::nanoseconds(leastTime).count();
-    const bool disturbed = disturbedEvery != 0 && ++frames % disturbedEvery == 0;
-    const auto primitives =
-        rate * (disturbed ? 0.6 : scatter(noise)) * static_cast<double>(wall) / 1e9;
-    const std::int64_t wait = disturbed ? wall / 10 : wall / 1000;
-    return {static_cast<std::uint64_t>(primitives), wall, wall, wait, wall / 2, {}, false};
+    const auto time = std::chrono::nanoseconds(leastTime).count();
+    const auto primitives = rate * scatter(noise) * static_cast<double>(time) / 1e9;
+    const bool waits = waitsEvery != 0 && ++frames % waitsEvery == 0;
+    const std::int64_t wait = !waits ? 0 : waitsEvery == 1 ? 9 * time : time / 5;
+    return {static_cast<std::uint64_t>(primitives), time + wait, time, wait, time / 2, {}, false};
   }
 
  private:
   int socket;
   std::string deed;  ///< of the cell that is set
   double rate = 0;
-  int disturbedEvery = 0;
+  int waitsEvery = 0;
+  bool isYardstick = false;
   int frames = 0;
   std::mt19937 noise;
 };

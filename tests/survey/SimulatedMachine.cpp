@@ -2,36 +2,41 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <string>
 
 namespace survey {
 namespace {
 
-/// A speed that jumps, as time goes on.
-class Speed {
+/// A core whose state jumps, as time goes on.
+class Core {
  public:
-  Speed(const Simulation& simulated, std::mt19937_64& generator)
+  Core(const Simulation& simulated, std::mt19937_64& generator)
       : machine(simulated), random(generator), fast(random() % 2 == 0), nextJump(stay()) {}
 
-  /// The mean of its logarithm over the next so many seconds.
-  double over(double seconds) {
+  /// In how much of the next so many seconds it is slow.
+  double slowPart(double seconds) {
     const double end = now + seconds;
-    double sum = 0;
+    double slow = 0;
     while (nextJump < end) {
-      sum += (nextJump - now) * level();
+      slow += fast ? 0 : nextJump - now;
       now = nextJump;
       fast = !fast;
       nextJump = now + stay();
     }
-    sum += (end - now) * level();
+    slow += fast ? 0 : end - now;
     now = end;
-    total += sum;
-    return sum / seconds;
+    return slow / seconds;
   }
-  double meanSoFar() const { return total / now; }
+
+  double yardstick() {
+    constexpr double kSeconds = 0.003;
+    constexpr double kScatter = 0.02;
+    std::normal_distribution<> normal;
+    return 40e6 * std::exp(std::log(machine.slow) * slowPart(kSeconds) + kScatter * normal(random));
+  }
 
  private:
-  double level() const { return fast ? 0 : std::log(machine.slow); }
   double stay() { return std::exponential_distribution(1 / machine.dwell)(random); }
 
   const Simulation& machine;
@@ -39,7 +44,6 @@ class Speed {
   bool fast;
   double now = 0;
   double nextJump;
-  double total = 0;
 };
 
 /// Cells of which all is known but frames.
@@ -62,28 +66,34 @@ Record recordOf(const std::vector<std::string>& sides, std::size_t cells) {
 }  // namespace
 
 SimulatedSurvey simulate(const Simulation& machine, std::mt19937_64& random) {
+  std::uniform_real_distribution<> part;
+  SimulatedSurvey survey;
+  for (std::size_t cell = 0; cell < machine.cells; ++cell) {
+    survey.rates.push_back(20e6 + 160e6 * part(random));
+    survey.slowFactors.push_back(machine.slow + (1 - machine.slow) * 0.8 * part(random));
+  }
+  survey.record = simulateAgain(survey, machine, 1, random);
+  return survey;
+}
+
+Record simulateAgain(const SimulatedSurvey& survey, const Simulation& machine, double factor,
+                     std::mt19937_64& random) {
   constexpr double kSetting = 0.045;
   constexpr double kShort = 0.015;
   constexpr double kLong = 0.07;
-  constexpr std::size_t kFrames = 4;
+  constexpr std::size_t kFrames = 2;
   std::uniform_real_distribution<> part;
   std::normal_distribution<> normal;
 
-  SimulatedSurvey survey;
-  std::vector<double> logs;
-  for (std::size_t cell = 0; cell < machine.cells; ++cell) {
-    logs.push_back(std::log(20e6 + 160e6 * part(random)));
-  }
-  survey.record = recordOf({""}, machine.cells);
-  Speed speed(machine, random);
+  Record record = recordOf({""}, machine.cells);
+  Core core(machine, random);
+  const double ofSitting = std::log(factor) + machine.sitting * normal(random);
   std::vector<std::size_t> order(machine.cells);
-  for (std::size_t i = 0; i < machine.cells; ++i) {
-    order[i] = i;
-  }
+  std::iota(order.begin(), order.end(), 0);
   for (std::size_t block = 0; block < machine.blocks; ++block) {
     std::vector<double> own;  // the process's
-    for (const double log : logs) {
-      own.push_back(log + machine.luck * normal(random));
+    for (const double rate : survey.rates) {
+      own.push_back(std::log(rate) + ofSitting + machine.luck * normal(random));
       if (part(random) < machine.astray) {
         own.back() += (random() % 2 == 0 ? 1 : -1) * (0.1 + 0.3 * part(random));
       }
@@ -92,30 +102,29 @@ SimulatedSurvey simulate(const Simulation& machine, std::mt19937_64& random) {
       std::shuffle(order.begin(), order.end(), random);
       for (const std::size_t cell : order) {
         const double seconds = cell % 3 == 2 ? kLong : kShort;
-        speed.over(kSetting);
-        Visit visit{cell, block, 0, {{}}, {block}};
+        core.slowPart(kSetting);
+        Visit visit{cell, block, 0, {{}}, {block}, {core.yardstick()}};
         for (std::size_t i = 0; i < kFrames; ++i) {
-          const double rate =
-              std::exp(own[cell] + speed.over(seconds) + machine.scatter * normal(random));
+          const double slowness = std::log(survey.slowFactors[cell]) * core.slowPart(seconds);
+          const double rate = std::exp(own[cell] + slowness + machine.scatter * normal(random));
           Frame frame;
           frame.primitives = static_cast<std::uint64_t>(rate * seconds);
           frame.wall = static_cast<std::int64_t>(seconds * 1e9);
           visit.frames[0].push_back(frame);
         }
-        survey.record.visits.push_back(visit);
+        visit.yardstick.push_back(core.yardstick());
+        record.visits.push_back(visit);
       }
     }
   }
-  for (const double log : logs) {
-    survey.rates.push_back(std::exp(log + speed.meanSoFar()));
-  }
-  return survey;
+  return record;
 }
 
 Record simulateTurns(const Simulation& machine, const std::vector<double>& effects,
                      std::mt19937_64& random) {
-  constexpr double kShort = 0.015;
-  constexpr std::size_t kPairs = 4;
+  constexpr double kFrame = 0.005;
+  constexpr double kSetting = 0.05;
+  constexpr std::size_t kRounds = 6;
   std::uniform_real_distribution<> part;
   std::normal_distribution<> normal;
 
@@ -125,15 +134,15 @@ Record simulateTurns(const Simulation& machine, const std::vector<double>& effec
     names.push_back("new" + std::to_string(side));
   }
   Record record = recordOf(names, machine.cells);
-  Speed speed(machine, random);
+  Core core(machine, random);
   for (std::size_t block = 0; block < machine.blocks; ++block) {
     for (std::size_t cell = 0; cell < machine.cells; ++cell) {
       if (cell < machine.brief && block > cell) {
         continue;
       }
       std::vector<double> logs(sides);
-      Visit visit{cell, block, 0, std::vector<std::vector<Frame>>(sides),
-                  std::vector(sides, block)};
+      Visit visit{cell, block, 0, std::vector<std::vector<Frame>>(sides), std::vector(sides, block),
+                  {}};
       // Processes of some cells differ more than those of others.
       const double luck = machine.luck * (cell % 3 == 0 ? 1.5 : 0.5);
       for (std::size_t side = 0; side < sides; ++side) {
@@ -143,17 +152,20 @@ Record simulateTurns(const Simulation& machine, const std::vector<double>& effec
           logs[side] += (random() % 2 == 0 ? 1 : -1) * (0.1 + 0.3 * part(random));
         }
       }
-      for (std::size_t pair = 0; pair < kPairs; ++pair) {
+      core.slowPart(kSetting);
+      visit.yardstick = {core.yardstick()};
+      for (std::size_t round = 0; round < kRounds; ++round) {
         for (std::size_t i = 0; i < sides; ++i) {
-          const std::size_t side = (pair + i) % sides;
-          const double rate =
-              std::exp(logs[side] + speed.over(kShort) + machine.scatter * normal(random));
+          const std::size_t side = (round + i) % sides;
+          const double slowness = std::log(machine.slow) * core.slowPart(kFrame);
+          const double rate = std::exp(logs[side] + slowness + machine.scatter * normal(random));
           Frame frame;
-          frame.primitives = static_cast<std::uint64_t>(rate * kShort);
-          frame.wall = static_cast<std::int64_t>(kShort * 1e9);
+          frame.primitives = static_cast<std::uint64_t>(rate * kFrame);
+          frame.wall = static_cast<std::int64_t>(kFrame * 1e9);
           visit.frames[side].push_back(frame);
         }
       }
+      visit.yardstick.push_back(core.yardstick());
       record.visits.push_back(std::move(visit));
     }
   }

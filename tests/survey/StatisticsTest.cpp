@@ -4,9 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "survey/statistics/CommonFactor.h"
 #include "survey/statistics/Estimate.h"
-#include "survey/statistics/Jackknife.h"
+#include "survey/statistics/Levels.h"
 #include "survey/statistics/SharedVariance.h"
 #include "survey/statistics/Significance.h"
 #include "survey/statistics/TrimmedMean.h"
@@ -22,27 +21,11 @@ TEST(Estimate, OfFewValuesIsStudents) {
   const Estimate between = difference({17.2, {0.5, 4}, 5}, {15.8, {0.2, 8}, 9});
   EXPECT_NEAR(between.mean, 1.4, 1e-12);
   EXPECT_NEAR(between.variance.freedom, 0.49 / (0.0625 + 0.005), 1e-9);
-}
-
-TEST(Jackknife, OfAMeanIsItsStandardError) {
-  // 1 2 3 6, of which each is a group; the fifth group has no part.
-  const Jackknife figure{3, 4, 4, {11.0 / 3, 10.0 / 3, 3, 2, std::nullopt}};
-  const Estimate estimate = estimateOf(figure);
-  EXPECT_EQ(estimate.mean, 3);
-  EXPECT_NEAR(estimate.variance.value, 14.0 / 12, 1e-12);
-  EXPECT_EQ(estimate.variance.freedom, 3);
-  // Of a trimmed mean only the values that are not trimmed say how sure its error is.
-  const Estimate trimmed = estimateOf(Jackknife{3, 4, 2, figure.without});
-  EXPECT_EQ(trimmed.values, 4);
-  EXPECT_EQ(trimmed.variance.freedom, 1);
-  EXPECT_EQ(intervalOf(estimateOf(Jackknife{3, 2, 2, {std::nullopt, 3}})).high, INFINITY);
-  // What moves two figures together counts once; what moves them apart not at all.
-  const Jackknife opposed{3, 4, 4, {7.0 / 3, 8.0 / 3, 3, 4, std::nullopt}};
-  EXPECT_NEAR(meanOf(std::vector{figure, figure}).variance.value, 14.0 / 12, 1e-12);
-  EXPECT_NEAR(meanOf(std::vector{figure, opposed}).variance.value, 0, 1e-12);
-  // One with two groups alone makes the mean unsure, as much of the scatter is its own.
-  const Estimate uneven = meanOf(std::vector{figure, Jackknife{1, 2, 2, {0, 2, {}, {}, {}}}});
-  EXPECT_NEAR(uneven.variance.freedom, (0.25 + 0.5) / (0.25 / 3 + 0.5 / 1), 1e-12);
+  const Estimate middle =
+      meanOf(std::vector<Estimate>{{1, {0.9, 2}}, {2, {0.9, 2}}, {6, {0.9, 2}}});
+  EXPECT_NEAR(middle.mean, 3, 1e-12);
+  EXPECT_NEAR(middle.variance.value, 0.3, 1e-12);
+  EXPECT_NEAR(middle.variance.freedom, 6, 1e-9);
 }
 
 TEST(Holm, StepsDownUntilOneIsNotSureEnough) {
@@ -52,22 +35,29 @@ TEST(Holm, StepsDownUntilOneIsNotSureEnough) {
             (std::vector<bool>{true, true, false, true}));
 }
 
-TEST(CommonFactor, IsTakenOutAcrossAJump) {
-  // Three cells, without noise; the machine falls to two thirds in the middle of a sighting.
-  const double effects[] = {1, 2, 4};
-  std::vector<Sighting> sightings;
-  for (std::size_t i = 0; i < 30; ++i) {
-    const std::size_t cell = (i * 7 + i / 3) % 3;
-    const auto value = [&](bool slow) { return effects[cell] + (slow ? std::log(2.0 / 3) : 0.0); };
-    sightings.push_back({cell, {value(i > 11), value(i > 11), value(i > 10), value(i > 10)}});
+TEST(TwoLevels, AreFoundWhereThereAreTwo) {
+  std::mt19937_64 random(7);
+  std::normal_distribution<> normal(0, 0.03);
+  std::vector<double> values(400);
+  std::generate(values.begin(), values.end(), [&] { return normal(random); });
+  EXPECT_FALSE(twoLevels(values, 0.1));
+  std::vector<double> drifting;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    drifting.push_back(values[i] / 3 + 0.4 * static_cast<double>(i) / 400);
   }
-  const CommonFactorFit fit = fitCommonFactor(sightings, 3);
-  for (std::size_t i = 0; i < sightings.size(); ++i) {
-    EXPECT_NEAR(fit.corrected[i] - fit.corrected[0],
-                effects[sightings[i].cell] - effects[sightings[0].cell], 1e-9)
-        << i;
+  EXPECT_FALSE(twoLevels(drifting, 0.1));
+  for (std::size_t i = 0; i < values.size(); i += 5) {
+    values[i] -= 0.6;
   }
-  EXPECT_NEAR(fit.levels.front() - fit.levels.back(), std::log(1.5), 1e-9);
+  const auto levels = twoLevels(values, 0.1);
+  ASSERT_TRUE(levels);
+  EXPECT_NEAR(levels->high, 0, 0.01);
+  EXPECT_NEAR(levels->low, -0.6, 0.02);
+  EXPECT_NEAR(levels->shareOfHigh, 0.8, 0.01);
+  EXPECT_GT(levels->probabilityOfHigh(-0.1), 0.99);
+  EXPECT_LT(levels->probabilityOfHigh(-0.5), 0.01);
+  EXPECT_FALSE(twoLevels(values, 0.7));
+  EXPECT_FALSE(twoLevels(std::vector<double>(20, 1.0), 0.1));
 }
 
 TEST(TrimmedMean, IsTukeyAndMcLaughlins) {
@@ -114,6 +104,10 @@ TEST(SharedVariance, FindsWhatTheVariancesWereDrawnAround) {
   EXPECT_EQ(between.value, 2.5);
   EXPECT_EQ(between.freedom, 20);
   EXPECT_EQ(moderated({1, 5}, commonVariance(std::vector<Variance>{{1, 5}, {2, 5}})).value, 1);
+  std::vector<Estimate> alike(4, {0, {1, 5}, 6});
+  shareVariances(alike);
+  EXPECT_NEAR(alike[0].variance.value, 1, 0.3);
+  EXPECT_EQ(alike[0].variance.freedom, 20);
 }
 
 }  // namespace
