@@ -1,9 +1,13 @@
 #include "survey/Commands.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <iterator>
+#include <limits>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -60,14 +64,47 @@ int tellComparison(const Result& result, const Outputs& outputs) {
              : kUnusable;
 }
 
+/// Where the core has two states: cells that were drawn in the one that counts by some visits more
+/// than others were, which are to catch up.
+std::vector<bool> cellsAhead(const SideView& side, const Figures& figures) {
+  constexpr std::size_t kMostAhead = 4;
+  std::vector<std::size_t> visits(side.record->cells.size(), 0);
+  std::size_t fewest = std::numeric_limits<std::size_t>::max();
+  for (const Group& group : figures.groups) {
+    for (const CellFigure& figure : group.ranking) {
+      visits[figure.cell] = figure.visits;
+      fewest = side.state(figure.cell).isGivenUp() ? fewest : std::min(fewest, figure.visits);
+    }
+  }
+  std::vector<bool> ahead;
+  std::transform(visits.begin(), visits.end(), std::back_inserter(ahead), [&](std::size_t own) {
+    return figures.states.areTwo && own > fewest && own - fewest > kMostAhead;
+  });
+  return ahead;
+}
+
 /// Everything of a single side is settled at once, when all of it is precise.
 Settled settledSoFar(const Record& record, double threshold) {
   if (record.sides.size() > 1) {
     return decidedSoFar(record, threshold);
   }
-  const Figures figures = figuresOf(sidesOf(record).front());
-  const bool precise = figures.imprecise == 0 && figures.unreached == 0;
-  return {std::vector<bool>(record.cells.size(), precise)};
+  const SideView side = sidesOf(record).front();
+  const Figures figures = figuresOf(side);
+  if (figures.imprecise == 0 && figures.unreached == 0) {
+    return {std::vector<bool>(record.cells.size(), true)};
+  }
+  return {cellsAhead(side, figures)};
+}
+
+/// Before it is spent: with fewer visits nobody knows how far they scatter.
+void warnOfShortTime(double seconds, double visits) {
+  constexpr double kEnough = 6;
+  if (visits < kEnough) {
+    warn(fmt::format(
+        "in {:g} s each cell can be drawn some {:.1f} times, which is too few to be sure of "
+        "anything: give it {:.0f} s with --seconds, or fewer cells.",
+        seconds, visits, std::ceil(seconds * kEnough / visits)));
+  }
 }
 
 /// What has no verdict of its own in a sitting of several sides.
@@ -101,12 +138,16 @@ int takeSitting(const SittingCommand& command, const std::vector<std::string>& w
   Result result{{command.plan}, command.threshold};
   Record& record = result.sittings.front();
   record.program = thisProgram();
+  bool forecast = false;
   try {
     ProgressBar bar(!command.quiet);
     takeSitting(record, worker, interruption,
                 {[&](const Record& seen) { return settledSoFar(seen, command.threshold); },
                  [&](const Progress& progress) {
                    bar.show(progress.part, progress.secondsLeft, progress.cell);
+                   if (std::exchange(forecast, forecast || progress.visits > 0) != forecast) {
+                     warnOfShortTime(record.settings.seconds, progress.visits);
+                   }
                  }});
   } catch (const CannotBegin& reason) {
     if (!result.isComparison()) {

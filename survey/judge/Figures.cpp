@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <set>
+#include <sstream>
 #include <tuple>
 
 #include "survey/statistics/Averages.h"
@@ -159,6 +161,56 @@ void rank(std::vector<CellFigure>& ranking, const Pairs& pairs, double precision
       [](const CellFigure& a, const CellFigure& b) { return a.ratio.middle > b.ratio.middle; });
 }
 
+std::set<std::string> wordsIn(const std::string& text) {
+  std::istringstream words(text);
+  return {std::istream_iterator<std::string>(words), {}};
+}
+
+/// The cell that differs from this one by the fewest attributes that it lacks.
+const CellFigure* besideOf(const SideView& side, const CellFigure& figure, const Members& members) {
+  const auto sentBy = [&](const CellFigure& of) {
+    return wordsIn(side.state(of.cell).answer->sent);
+  };
+  const Cell& own = side.cell(figure.cell);
+  const std::set<std::string> ownWords = sentBy(figure);
+  const CellFigure* beside = nullptr;
+  for (const CellFigure* const other : members) {
+    const Cell& cell = side.cell(other->cell);
+    const std::set<std::string> words = sentBy(*other);
+    if (cell.method == own.method && cell.primitive == own.primitive && cell.detail == own.detail &&
+        words.size() < ownWords.size() &&
+        std::includes(ownWords.begin(), ownWords.end(), words.begin(), words.end()) &&
+        (beside == nullptr || words.size() > sentBy(*beside).size())) {
+      beside = other;
+    }
+  }
+  return beside;
+}
+
+std::vector<AttributeCost> costsOf(const SideView& side, const Members& members,
+                                   const CellsBlocks& rates) {
+  std::vector<AttributeCost> costs;
+  std::vector<Estimate> estimates;  // of the logarithm of the time
+  std::vector<double> nanoseconds;  // a vertex takes beside
+  for (const CellFigure* const figure : members) {
+    if (const CellFigure* const beside = besideOf(side, *figure, members)) {
+      const CellAnswer& answer = *side.state(beside->cell).answer;
+      costs.push_back({figure->cell, beside->cell, {}, {}});
+      estimates.push_back(ratioOf(rates[beside->cell], rates[figure->cell]));
+      nanoseconds.push_back(kNanosecondsPerSecond * static_cast<double>(answer.primitivesPerModel) /
+                            (beside->rate.middle * answer.verticesPerCall * answer.callsPerModel));
+    }
+  }
+  shareVariances(estimates);
+  for (std::size_t i = 0; i < costs.size(); ++i) {
+    costs[i].times = exponential(intervalOf(estimates[i]));
+    const auto more = [&](double times) { return nanoseconds[i] * (times - 1); };
+    costs[i].perVertex = {more(costs[i].times.low), more(costs[i].times.middle),
+                          more(costs[i].times.high)};
+  }
+  return costs;
+}
+
 /// Of each cell, how many visits count.
 std::vector<std::size_t> visitsOf(const SideView& side, const std::vector<bool>& counts) {
   std::vector<std::size_t> visits(side.record->cells.size());
@@ -217,6 +269,7 @@ Figures figuresOf(const SideView& side) {
   findRates(side, members, rates,
             showsFast ? blockRatesOf(side, states.visitsIn(CoreState::kSlow)).all
                       : CellsBlocks(record.cells.size()));
+  figures.costs = costsOf(side, members, rates.all);
   const std::vector<Pairs> pairs = pairsOf(figures.groups, rates.all);
   for (std::size_t i = 0; i < pairs.size(); ++i) {
     rank(figures.groups[i].ranking, pairs[i], record.settings.precision);

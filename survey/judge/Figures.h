@@ -38,9 +38,18 @@ struct Group {
   std::vector<std::size_t> without;  ///< cells that have no figure
 };
 
+/// What attributes cost a method: of two cells that differ in nothing else.
+struct AttributeCost {
+  std::size_t cell;    ///< with them
+  std::size_t beside;  ///< with the most of them among those that have fewer
+  Interval times;      ///< how many times as long it takes
+  Interval perVertex;  ///< nanoseconds more; less than 0 where it is faster
+};
+
 struct Figures {
   States states;
   std::vector<Group> groups;
+  std::vector<AttributeCost> costs;
   std::size_t imprecise = 0;  ///< cells with a figure that is not precise
   std::size_t refused = 0;    ///< cells that the driver does not run as what they are named
   std::size_t failed = 0;     ///< cells that made workers fail, figures or not

@@ -191,7 +191,18 @@ class Sitting {
       tryAlone(ready, cell);
     }
     const double left = std::max(0.0, secondsLeft());
-    onlookers.tell({1 - left / record.settings.seconds, left, nameOf(record.cells[cell])});
+    onlookers.tell(
+        {1 - left / record.settings.seconds, left, nameOf(record.cells[cell]), forecast()});
+  }
+
+  /// From the part of the cells that has been visited by now, if that is not too small.
+  double forecast() const {
+    constexpr std::size_t kPart = 4;
+    const auto visits = static_cast<double>(record.visits.size());
+    const auto cells = static_cast<double>(record.cells.size());
+    return record.visits.size() * kPart < record.cells.size()
+               ? 0
+               : visits / cells * record.settings.seconds / elapsed();
   }
 
   std::vector<std::vector<Frame>> framesOf(const std::vector<std::size_t>& sides,

@@ -23,6 +23,8 @@ struct Progress {
   double part;         ///< of the time, 0 to 1
   double secondsLeft;  ///< at most
   std::string cell;    ///< visited just now
+  /// How often each cell can be drawn in the whole time, as far as is known yet; 0: not known.
+  double visits;
 };
 
 /// What need not be drawn any more, by side and cell. The first of several sides is drawn as long

@@ -228,7 +228,7 @@ std::string lineCharts(const Ranked& ranked, const std::string& whose) {
 }
 
 std::string tableAndCaveats(const Summary& summary) {
-  return htmlOf(summary.table) + list(summary.caveats);
+  return htmlOf(summary.table) + htmlOf(summary.costs) + list(summary.caveats);
 }
 
 /// Sides, each ranked by itself, with their charts side by side; `level` is that of their headings.

@@ -53,6 +53,17 @@ Json figuresJson(const Figures& all, const SideView& side) {
   return figures;
 }
 
+Json costsJson(const Figures& figures, const SideView& side) {
+  Json costs = Json::array();
+  for (const AttributeCost& cost : figures.costs) {
+    costs.push_back({{"name", nameOf(side.cell(cost.cell))},
+                     {"beside", nameOf(side.cell(cost.beside))},
+                     {"nanoseconds_per_vertex", intervalJson(cost.perVertex)},
+                     {"times", intervalJson(cost.times)}});
+  }
+  return costs;
+}
+
 /// The cells that have no figure, and why.
 Json withoutJson(const SideView& side) {
   Json without = Json::array();
@@ -122,6 +133,7 @@ void addAnswers(Json& own, const Result& result) {
     own["sides"].push_back({{"name", side.name()},
                             {"states", statesJson(figures.states)},
                             {"figures", figuresJson(figures, side)},
+                            {"costs", costsJson(figures, side)},
                             {"without", withoutJson(side)}});
   }
   if (result.isComparison()) {

@@ -15,6 +15,7 @@ struct Summary {
   std::string answer;
   std::vector<std::string> sources;
   Grid table;
+  Grid costs;  ///< what attributes cost; empty where no two cells differ in them alone
   std::vector<std::string> caveats;
 };
 
@@ -27,6 +28,9 @@ Summary summaryOf(const std::vector<SideView>& sides, const std::vector<Changes>
 /// cell.
 Grid gridOf(const SideView& side, const Figures& figures);
 Grid gridOf(const std::vector<Changes>& changes);
+
+/// What attributes cost, a row a cell that has a like one beside it.
+Grid costsOf(const SideView& side, const Figures& figures);
 
 /// Without the caveats, which belong on standard error and into no report of somebody else's.
 std::string asText(const Summary& summary, bool colours);

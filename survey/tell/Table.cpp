@@ -192,4 +192,26 @@ Grid gridOf(const std::vector<Changes>& changes) {
   return grid;
 }
 
+Grid costsOf(const SideView& side, const Figures& figures) {
+  Grid grid{{false, true, false, false, true, true, true, true}, {}, {}};
+  for (const AttributeCost& cost : figures.costs) {
+    if (grid.sections.empty()) {
+      grid.sections.push_back(
+          {"What attributes cost",
+           {{"method", "detail", "with", "beside", "ns/vertex", "95 %", "times as long", "95 %"}}});
+    }
+    const Cell& cell = side.cell(cost.cell);
+    const auto sent = [&](std::size_t of) { return side.state(of).answer->sent; };
+    const std::string beside = sent(cost.beside);
+    const bool known = std::isfinite(cost.times.high);
+    grid.sections[0].add(
+        {cell.method, std::to_string(cell.detail), sent(cost.cell),
+         beside.empty() ? "vertices alone" : beside, fmt::format("{:.2f}", cost.perVertex.middle),
+         known ? fmt::format("{:.2f} to {:.2f}", cost.perVertex.low, cost.perVertex.high) : "?",
+         fmt::format("{:.2f}", cost.times.middle),
+         known ? fmt::format("{:.2f} to {:.2f}", cost.times.low, cost.times.high) : "?"});
+  }
+  return grid;
+}
+
 }  // namespace survey

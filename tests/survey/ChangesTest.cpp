@@ -46,19 +46,33 @@ INSTANTIATE_TEST_SUITE_P(Machine, ChangesOf,
                                          Simulation{.dwell = 1e6, .cells = 3, .blocks = 20}),
                          [](const auto& regime) { return std::to_string(regime.index); });
 
-TEST_P(ChangesOf, RaiseAFalseAlarmInOneComparisonOfTwentyAtMost) {
+/// In four hundred comparisons of a driver that is slower by just that part, the threshold.
+int falseAlarms(const Simulation& machine, double part) {
   constexpr int kComparisons = 400;
-  constexpr int kMost = 31;  // 20, and two and a half of the deviations of 400 such draws
   std::mt19937_64 random(23);
-  for (const double effect : {0.0, -0.03}) {
-    int alarms = 0;
-    for (int i = 0; i < kComparisons; ++i) {
-      // At the very edge: any more would be a change.
-      alarms +=
-          anyChange(simulatedChanges(GetParam(), effect, std::max(1e-3, -100 * effect), random));
-    }
-    EXPECT_LE(alarms, kMost) << effect;
+  int alarms = 0;
+  for (int i = 0; i < kComparisons; ++i) {
+    // At the very edge: any more would be a change.
+    alarms += anyChange(simulatedChanges(machine, -part, std::max(1e-3, 100 * part), random));
   }
+  return alarms;
+}
+constexpr int kMostAlarms = 31;  // 5 %, and two and a half of their deviations
+
+TEST_P(ChangesOf, RaiseAFalseAlarmInOneComparisonOfTwentyAtMost) {
+  EXPECT_LE(falseAlarms(GetParam(), 0), kMostAlarms);
+  EXPECT_LE(falseAlarms(GetParam(), 0.03), kMostAlarms);
+}
+
+TEST(ChangesOfSidesInTurns, RaiseNoMoreFalseAlarmsWhereProcessesOrFramesGoAstray) {
+  const Simulation luck{.dwell = 10, .cells = 10, .blocks = 12, .bimodal = 0.2};
+  const Simulation stalls{.dwell = 1e6, .cells = 10, .blocks = 12, .stalls = 0.1};
+  for (const Simulation& machine : {luck, stalls}) {
+    EXPECT_LE(falseAlarms(machine, 0), kMostAlarms);
+  }
+  // Luck that lasts over blocks is what breaks the promise, as the documents say.
+  const Simulation correlated{.dwell = 1e6, .cells = 10, .blocks = 20, .correlation = 0.7};
+  EXPECT_GT(falseAlarms(correlated, 0), kMostAlarms);
 }
 
 /// As a sitting leaves it that stops drawing what is decided, looking every second block from the

@@ -111,6 +111,27 @@ TEST(Leaders, HoldTheTrulyBestInNineteenOfTwentySurveys) {
   EXPECT_GE(alone, kSurveys * 9 / 10);
 }
 
+TEST(Costs, AreWhatAttributesAddToTheTimeOfAVertex) {
+  std::mt19937_64 random(71);
+  const SimulatedSurvey survey{{}, {104e6, 52e6, 26e6}, {1, 1, 1}};
+  Record record = simulateAgain(survey, {.dwell = 1e6, .cells = 3, .blocks = 20}, 1, random);
+  const char* const sent[] = {"", "-n", "-n -l0"};
+  for (std::size_t cell = 0; cell < 3; ++cell) {
+    record.cells[cell] = {"drawArrays", "triStrip", 64, sent[cell]};
+    CellAnswer& answer = *record.sides[0].cells[cell].answer;
+    answer.sent = sent[cell];
+    answer.verticesPerCall = 130;  // 8320 of a model of 8192 triangles
+  }
+  const std::vector<AttributeCost> costs = figuresOf(sidesOf(record).front()).costs;
+  ASSERT_EQ(costs.size(), 2U);
+  const double beside = 1e9 / 104e6 * 8192 / 8320;
+  EXPECT_NEAR(costs[0].perVertex.middle, beside, 0.05 * beside);
+  EXPECT_EQ(costs[1].beside, costs[0].cell);
+  EXPECT_NEAR(costs[1].perVertex.middle, 2 * beside, 0.1 * beside);
+  EXPECT_TRUE(costs[1].times.contains(2));
+  EXPECT_LT(costs[1].times.high, 2.1);
+}
+
 TEST(States, ThatWereHardlySeenGiveNoFigures) {
   std::mt19937_64 random(67);
   const Simulation machine{.dwell = 1e6, .cells = 4};

@@ -125,10 +125,15 @@ Record simulateTurns(const Simulation& machine, const std::vector<double>& effec
   constexpr double kFrame = 0.005;
   constexpr double kSetting = 0.05;
   constexpr std::size_t kRounds = 6;
+  constexpr std::int64_t kStall = 20'000'000;
   std::uniform_real_distribution<> part;
   std::normal_distribution<> normal;
 
   const std::size_t sides = 1 + effects.size();
+  std::vector<std::vector<double>> lucks(machine.cells, std::vector<double>(sides));
+  for (std::vector<double>& ofCell : lucks) {
+    std::generate(ofCell.begin(), ofCell.end(), [&] { return normal(random); });
+  }
   std::vector<std::string> names{"base", "new"};
   for (std::size_t side = 2; side < sides; ++side) {
     names.push_back("new" + std::to_string(side));
@@ -146,7 +151,11 @@ Record simulateTurns(const Simulation& machine, const std::vector<double>& effec
       // Processes of some cells differ more than those of others.
       const double luck = machine.luck * (cell % 3 == 0 ? 1.5 : 0.5);
       for (std::size_t side = 0; side < sides; ++side) {
-        logs[side] = std::log(100e6) + luck * normal(random) +
+        double& own = lucks[cell][side];
+        own = machine.correlation * own +
+              std::sqrt(1 - machine.correlation * machine.correlation) * normal(random);
+        logs[side] = std::log(100e6) + luck * own +
+                     (part(random) < machine.bimodal ? std::log(1.5) : 0) +
                      (side > 0 ? std::log1p(effects[side - 1]) : 0);
         if (part(random) < machine.astray) {
           logs[side] += (random() % 2 == 0 ? 1 : -1) * (0.1 + 0.3 * part(random));
@@ -161,7 +170,8 @@ Record simulateTurns(const Simulation& machine, const std::vector<double>& effec
           const double rate = std::exp(logs[side] + slowness + machine.scatter * normal(random));
           Frame frame;
           frame.primitives = static_cast<std::uint64_t>(rate * kFrame);
-          frame.wall = static_cast<std::int64_t>(kFrame * 1e9);
+          frame.wall = static_cast<std::int64_t>(kFrame * 1e9) +
+                       (part(random) < machine.stalls ? kStall : 0);
           visit.frames[side].push_back(frame);
         }
       }

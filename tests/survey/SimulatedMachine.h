@@ -21,6 +21,10 @@ struct Simulation {
   double astray = 0.03;    ///< share of the blocks' cells that are off by 10 to 40 %
   std::size_t brief = 0;   ///< in turns: cells that end early, one after a block, one after two...
   double sitting = 0;      ///< by which sittings differ for no known reason: a deviation, too
+  // In turns:
+  double bimodal = 0;      ///< share of the processes that are half as fast again
+  double stalls = 0;       ///< share of the frames that take 20 ms more
+  double correlation = 0;  ///< of the processes' luck from block to block
 };
 
 struct SimulatedSurvey {
