@@ -40,7 +40,7 @@ _sorvanta_survey() {
             --on-screen --seed --patience --json --csv --markdown --quiet --unoptimised --help"
           ;;
         versus)
-          offered="--base --new --base-name --new-name --threshold --methods --primitives --details
+          offered="--base --new --base-name --new-name --threshold --explain --methods --primitives --details
             --with --seconds --frame --device --on-screen --seed --patience --json --markdown --quiet
             --unoptimised --help"
           ;;

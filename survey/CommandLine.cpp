@@ -124,6 +124,7 @@ struct Sides {
   std::vector<std::string> newer;
   std::string baseName = "base";
   std::vector<std::string> newNames;
+  std::vector<std::string> explain;
 };
 
 void addVersusOptions(CLI::App& app, SittingCommand& versus, Sides& sides) {
@@ -146,6 +147,12 @@ void addVersusOptions(CLI::App& app, SittingCommand& versus, Sides& sides) {
   addNew("--new-name", sides.newNames, "what it is called, in the order of --new [new]")
       ->type_name("NAME");
   addThreshold(app, versus.threshold);
+  app.add_option(
+         "--explain", sides.explain,
+         "which functions make a change; of the cells that changed most unless some are named")
+      ->type_name("[CELL,...]")
+      ->delimiter(',')
+      ->expected(0, CLI::detail::expected_max_vector_size);
 }
 
 void addCompareOptions(CLI::App& app, CompareCommand& compare) {
@@ -208,6 +215,19 @@ std::vector<Side> sidesOf(const Sides& given) {
     }
   }
   return sides;
+}
+
+/// Throws Unusable for a name that none of the cells has.
+std::vector<std::string> cellsNamed(const std::vector<std::string>& names,
+                                    const std::vector<Cell>& cells) {
+  std::vector<std::string> all;
+  std::transform(cells.begin(), cells.end(), std::back_inserter(all), nameOf);
+  for (const std::string& name : names) {
+    if (std::find(all.begin(), all.end(), name) == all.end()) {
+      throwUnknownWord(name, "cell", {all.begin(), all.end()});
+    }
+  }
+  return names;
 }
 
 /// All that may stand where that word was not understood: options for an option.
@@ -324,6 +344,10 @@ Command parseCommandLine(int argc, const char* const* argv) {
   if (versusApp.parsed()) {
     settle(versus, lists, versusApp, commandLine);
     versus.plan.sides = sidesOf(sides);
+    if (!versusApp.get_option("--explain")->empty()) {
+      std::erase(sides.explain, "");  // given without names
+      versus.explain = cellsNamed(sides.explain, versus.plan.cells);
+    }
     return versus;
   }
   settle(run, lists, runApp, commandLine);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -35,7 +36,10 @@ struct SittingCommand {
   Record plan;           ///< its settings, cells, and the names and environments of its sides
   double threshold = 0;  ///< percent; of several sides
   Outputs outputs;
-  bool quiet = false;        ///< no progress
+  bool quiet = false;  ///< no progress
+  /// Names of cells of which it shall be found out why they changed; empty: of those that changed
+  /// most; none: of none.
+  std::optional<std::vector<std::string>> explain{};
   bool unoptimised = false;  ///< go on although the build is slow
 };
 

@@ -96,6 +96,39 @@ Settled settledSoFar(const Record& record, double threshold) {
   return {cellsAhead(side, figures)};
 }
 
+/// Those that were named, or three that changed most.
+std::vector<std::size_t> cellsToExplain(const Record& record, const SittingCommand& command) {
+  constexpr std::size_t kMost = 3;
+  std::vector<std::size_t> cells;
+  for (const std::string& name : *command.explain) {
+    for (std::size_t cell = 0; cell < record.cells.size(); ++cell) {
+      if (nameOf(record.cells[cell]) == name) {
+        cells.push_back(cell);
+      }
+    }
+  }
+  if (!cells.empty()) {
+    return cells;
+  }
+  std::vector<std::pair<double, std::size_t>> changed;  // by size, largest first
+  for (const Changes& ofSide : changesOf(sidesOf(record), command.threshold)) {
+    const bool all = ofSide.overall.verdict == Verdict::kSlower;
+    for (const CellChange& cell : ofSide.cells) {
+      const Verdict verdict = cell.change.verdict;
+      if (all || verdict == Verdict::kSlower || verdict == Verdict::kFaster) {
+        changed.emplace_back(-std::abs(std::log(cell.change.ratio.middle)), cell.base);
+      }
+    }
+  }
+  std::sort(changed.begin(), changed.end());
+  for (const auto& [size, cell] : changed) {
+    if (cells.size() < kMost && std::find(cells.begin(), cells.end(), cell) == cells.end()) {
+      cells.push_back(cell);
+    }
+  }
+  return cells;
+}
+
 /// Before it is spent: with fewer visits nobody knows how far they scatter.
 void warnOfShortTime(double seconds, double visits) {
   constexpr double kEnough = 6;
@@ -148,7 +181,11 @@ int takeSitting(const SittingCommand& command, const std::vector<std::string>& w
                    if (std::exchange(forecast, forecast || progress.visits > 0) != forecast) {
                      warnOfShortTime(record.settings.seconds, progress.visits);
                    }
-                 }});
+                 },
+                 command.explain ? std::function([&](const Record& seen) {
+                   return cellsToExplain(seen, command);
+                 })
+                                 : nullptr});
   } catch (const CannotBegin& reason) {
     if (!result.isComparison()) {
       endWith(fmt::format("no survey could be taken, as no worker could be started: {}.",

@@ -61,6 +61,28 @@ struct Visit {
   std::vector<double> yardstick;
 };
 
+/// What a function took of some frames.
+struct FunctionTime {
+  std::string function;    ///< empty where its file does not name it
+  std::string file;        ///< a library, without its folders; empty for what was made at run time
+  double nanoseconds = 0;  ///< of the submitting thread, outside the kernel
+};
+
+/// Where the submitting thread was in frames of one cell, which count for nothing else.
+struct Profile {
+  std::uint64_t primitives = 0;
+  double time = 0;    ///< nanoseconds, as a frame has it
+  double others = 0;  ///< nanoseconds of the process's other threads
+  std::vector<FunctionTime> functions;
+  std::string whyNot;  ///< why there are no functions; empty: there are
+};
+
+struct ProfiledVisit {
+  std::size_t cell = 0;
+  std::size_t block = 0;  ///< of those made for this
+  std::vector<Profile> sides;
+};
+
 /// What a side said of a cell, and what happened to its workers there.
 struct CellState {
   std::optional<CellAnswer> answer;  ///< none where no worker lived to give one
@@ -162,6 +184,7 @@ struct Record {
   std::vector<Cell> cells;
   std::vector<Side> sides;    ///< the first is what the others are compared with
   std::vector<Visit> visits;  ///< in the order of time
+  std::vector<ProfiledVisit> profiles;
   Ending ending = Ending::kTimeUp;
   int signal = 0;      ///< that interrupted
   double elapsed = 0;  ///< seconds

@@ -38,6 +38,9 @@ class Sitting {
       for (std::size_t block = 0; goesOn(block); ++block) {
         takeBlock(block);
       }
+      if (onlookers.explain) {
+        explain(onlookers.explain(record));
+      }
     } catch (const Interrupted& interrupted) {
       record.ending = Ending::kInterrupted;
       record.signal = interrupted.signal;
@@ -52,7 +55,11 @@ class Sitting {
   double elapsed() const {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
   }
-  double secondsLeft() const { return record.settings.seconds - elapsed(); }
+  double secondsLeft() const { return secondsToMeasure() - elapsed(); }
+  double secondsToMeasure() const {
+    constexpr double kPart = 0.75;
+    return record.settings.seconds * (onlookers.explain ? kPart : 1);
+  }
 
   /// Whether the side still has something to find out about the cell.
   bool isOpen(std::size_t side, std::size_t cell) const {
@@ -191,8 +198,7 @@ class Sitting {
       tryAlone(ready, cell);
     }
     const double left = std::max(0.0, secondsLeft());
-    onlookers.tell(
-        {1 - left / record.settings.seconds, left, nameOf(record.cells[cell]), forecast()});
+    onlookers.tell({1 - left / secondsToMeasure(), left, nameOf(record.cells[cell]), forecast()});
   }
 
   /// From the part of the cells that has been visited by now, if that is not too small.
@@ -202,7 +208,7 @@ class Sitting {
     const auto cells = static_cast<double>(record.cells.size());
     return record.visits.size() * kPart < record.cells.size()
                ? 0
-               : visits / cells * record.settings.seconds / elapsed();
+               : visits / cells * secondsToMeasure() / elapsed();
   }
 
   std::vector<std::vector<Frame>> framesOf(const std::vector<std::size_t>& sides,
@@ -217,7 +223,7 @@ class Sitting {
   }
   std::chrono::steady_clock::time_point deadline() const {
     return began + std::chrono::ceil<std::chrono::steady_clock::duration>(
-                       std::chrono::duration<double>(record.settings.seconds));
+                       std::chrono::duration<double>(secondsToMeasure()));
   }
 
   /// Whether nobody failed over it; if so, the visit is kept, unless there was no time for frames.
@@ -243,6 +249,43 @@ class Sitting {
       }
       record.visits.push_back(std::move(visit));
     });
+  }
+
+  /// Blocks of their own with fresh workers, as frames in which samples are taken are slower.
+  void explain(const std::vector<std::size_t>& cells) {
+    constexpr std::size_t kMostBlocks = 20;
+    const double end = std::min(record.settings.seconds, elapsed() + record.settings.seconds / 4);
+    for (std::size_t block = 0; block < kMostBlocks && !cells.empty() && elapsed() < end; ++block) {
+      workers.endAll();
+      for (const std::size_t i : turns.order(cells.size())) {
+        try {
+          profile(cells[i], block);
+        } catch (const WorkerFault& fault) {
+          workers.end(fault.side);  // no figure depends on it
+        }
+        if (elapsed() >= end) {
+          return;
+        }
+      }
+    }
+  }
+
+  void profile(std::size_t cell, std::size_t block) {
+    constexpr int kFrames = 8;
+    constexpr double kMicrosecondsPerMillisecond = 1e3;
+    const auto patience = workers.patienceFor(record.cells[cell].detail);
+    const auto leastTime = std::chrono::microseconds(
+        static_cast<std::int64_t>(record.settings.frame * kMicrosecondsPerMillisecond));
+    ProfiledVisit visit{cell, block, std::vector<Profile>(record.sides.size())};
+    for (const std::size_t side : turns.order(record.sides.size())) {
+      workers.need(side);
+      workers.of(side).set(record.cells[cell], patience);
+      for (int frame = 0; frame < kFrames / 4; ++frame) {  // to warm up
+        workers.of(side).draw(leastTime, patience);
+      }
+      visit.sides[side] = workers.of(side).profile(leastTime, kFrames, patience);
+    }
+    record.profiles.push_back(std::move(visit));
   }
 
   /// What one side fails in, the others have to draw alone at least once, to tell whose fault it

@@ -35,6 +35,9 @@ using Settled = std::vector<std::vector<bool>>;
 struct Onlookers {
   std::function<Settled(const Record&)> settled;  ///< asked between blocks
   std::function<void(const Progress&)> tell;
+  /// Asked when all else is over: the cells of which it shall be found out where their time goes.
+  /// Empty where nobody wants to know; else a quarter of the time is kept for it.
+  std::function<std::vector<std::size_t>(const Record&)> explain{};
 };
 
 /// Takes the sitting that the record plans with its settings, its cells and its sides' names and

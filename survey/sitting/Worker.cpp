@@ -51,6 +51,10 @@ Frame Worker::draw(std::chrono::microseconds leastTime, milliseconds patience) {
   return ask<Frame>(requestOf(leastTime), patience);
 }
 
+Profile Worker::profile(std::chrono::microseconds leastTime, int frames, milliseconds patience) {
+  return ask<Profile>(requestOfProfile(leastTime, frames), patience);
+}
+
 template <typename Answer>
 Answer Worker::ask(const std::string& request, milliseconds patience) {
   if (!sendPacket(socket, request)) {

@@ -32,6 +32,8 @@ class Worker {
   Driver begin(const Begin& begin, std::chrono::milliseconds patience);
   CellAnswer set(const Cell& cell, std::chrono::milliseconds patience);
   Frame draw(std::chrono::microseconds leastTime, std::chrono::milliseconds patience);
+  Profile profile(std::chrono::microseconds leastTime, int frames,
+                  std::chrono::milliseconds patience);
 
   /// What the dynamic linker had to say of libraries that it was to load and could not.
   const std::vector<std::string>& linkersComplaints() const { return process.linkersComplaints(); }

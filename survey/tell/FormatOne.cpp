@@ -24,6 +24,7 @@ Record recordOf(Json json, const std::string& name) {
     visit["yardstick"] = Json::array();
   }
   json["cells"] = cells;
+  json["profiles"] = Json::array();
   json["sides"] = Json::array({{{"name", name},
                                 {"environment", json.at("settings").at("environment")},
                                 {"driver", json.at("driver")},

@@ -228,7 +228,11 @@ std::string lineCharts(const Ranked& ranked, const std::string& whose) {
 }
 
 std::string tableAndCaveats(const Summary& summary) {
-  return htmlOf(summary.table) + htmlOf(summary.costs) + list(summary.caveats);
+  std::string html;
+  for (const Grid& table : summary.tables) {
+    html += htmlOf(table);
+  }
+  return html + list(summary.caveats);
 }
 
 /// Sides, each ranked by itself, with their charts side by side; `level` is that of their headings.

@@ -6,6 +6,7 @@
 
 #include "survey/data/RecordJson.h"
 #include "survey/judge/Changes.h"
+#include "survey/judge/Explanation.h"
 #include "survey/tell/Files.h"
 #include "survey/tell/ResultParts.h"
 #include "survey/tell/Sentences.h"
@@ -94,6 +95,37 @@ Json changeJson(const std::string& name, const Changes& changes, const Change& c
           {"verdict", nlohmann::json(change.verdict)}};
 }
 
+Json functionJson(const FunctionChange& function) {
+  return {{"function", function.function},
+          {"file", function.file},
+          {"base", function.base},
+          {"new", function.newer},
+          {"change", intervalJson(function.change)},
+          {"changed", function.changed}};
+}
+
+/// Times in nanoseconds a vertex.
+Json explanationsJson(const Changes& changes) {
+  Json explanations = Json::array();
+  if (!changes.isInTurns()) {
+    return explanations;
+  }
+  for (const Explanation& explanation : explanationsOf(changes.base, changes.newer)) {
+    Json functions = Json::array();
+    for (const FunctionChange& function : explanation.functions) {
+      functions.push_back(functionJson(function));
+    }
+    explanations.push_back({{"name", nameOf(changes.base.cell(explanation.cell))},
+                            {"blocks", explanation.blocks},
+                            {"base", explanation.base},
+                            {"new", explanation.newer},
+                            {"functions", functions},
+                            {"outside", functionJson(explanation.outside)},
+                            {"why_not", explanation.whyNot}});
+  }
+  return explanations;
+}
+
 Json changesJson(const Changes& changes) {
   Json cells = Json::array();
   for (const CellChange& cell : changes.cells) {
@@ -112,6 +144,7 @@ Json changesJson(const Changes& changes) {
           {"cells", cells},
           {"fails", names(changes.newFails)},
           {"dies", names(changes.newDies)},
+          {"explanations", explanationsJson(changes)},
           {"status", bisectionStatusOf(changes)}};
 }
 

@@ -83,6 +83,11 @@ void requireSound(const Record& record) {
                 std::all_of(visit.yardstick.begin(), visit.yardstick.end(), isUsable),
             where + " has a yardstick that is no number");
   }
+  for (const ProfiledVisit& visit : record.profiles) {
+    require(visit.cell < record.cells.size() && visit.block < kMostBlocks &&
+                visit.sides.size() == record.sides.size(),
+            "there are samples of no cell or side");
+  }
 }
 
 }  // namespace

@@ -14,8 +14,9 @@ namespace survey {
 struct Summary {
   std::string answer;
   std::vector<std::string> sources;
-  Grid table;
-  Grid costs;  ///< what attributes cost; empty where no two cells differ in them alone
+  /// The main one first; then those that have anything to say: what attributes cost, or why sides
+  /// changed.
+  std::vector<Grid> tables;
   std::vector<std::string> caveats;
 };
 
@@ -29,8 +30,11 @@ Summary summaryOf(const std::vector<SideView>& sides, const std::vector<Changes>
 Grid gridOf(const SideView& side, const Figures& figures);
 Grid gridOf(const std::vector<Changes>& changes);
 
-/// What attributes cost, a row a cell that has a like one beside it.
+/// What attributes cost, a row a cell that has a like one beside it; empty for none.
 Grid costsOf(const SideView& side, const Figures& figures);
+
+/// Why sides changed: a section a cell and new side, a row a function; empty for none.
+Grid explanationOf(const std::vector<Changes>& changes);
 
 /// Without the caveats, which belong on standard error and into no report of somebody else's.
 std::string asText(const Summary& summary, bool colours);

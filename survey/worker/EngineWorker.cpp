@@ -1,6 +1,7 @@
 /// The engine as a worker's subject: one test object on one context without a window.
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <memory>
 #include <new>
 #include <random>
@@ -25,6 +26,8 @@
 #include "survey/worker/ContextTrouble.h"
 #include "survey/worker/FrameClocks.h"
 #include "survey/worker/Protocol.h"
+#include "survey/worker/Sampler.h"
+#include "survey/worker/Symbols.h"
 #include "survey/worker/Worker.h"
 #include "words/Attributes.h"
 #include "words/DrawMethods.h"
@@ -137,6 +140,25 @@ void setCalls(CellAnswer& answer, DrawUnit unit, const MeshLayout& layout) {
   answer.callsPerModel = layout.vertexCount / static_cast<double>(vertices);
 }
 
+/// Samples are taken between the readings of the clocks.
+class SampledClocks final : public FrameObserver {
+ public:
+  SampledClocks(Sampler& ofProcess, FrameClocks& ofFrame) : sampler(ofProcess), clocks(ofFrame) {}
+
+  void measuringBegins() override {
+    clocks.measuringBegins();
+    sampler.start();
+  }
+  void measuringEnded() override {
+    sampler.stop();
+    clocks.measuringEnded();
+  }
+
+ private:
+  Sampler& sampler;
+  FrameClocks& clocks;
+};
+
 class EngineSubject final : public Subject {
  public:
   EngineSubject() = default;
@@ -147,6 +169,7 @@ class EngineSubject final : public Subject {
   Driver begin(const Begin& begin) override;
   CellAnswer set(const Cell& cell) override;
   Frame draw(std::chrono::microseconds leastTime) override;
+  Profile profile(std::chrono::microseconds leastTime, int frames) override;
 
  private:
   void setAttributes(const std::vector<NamedAttribute>& wanted);
@@ -156,6 +179,8 @@ class EngineSubject final : public Subject {
   PerformanceHistory history;
   std::optional<SorvantaTest> test;
   std::optional<FrameClocks> clocks;
+  std::optional<Sampler> sampler;  ///< once it was needed
+  std::optional<Symbols> symbols;
   std::optional<Primitive> primitive;  ///< as set last
   std::vector<NamedAttribute> attributes;
 };
@@ -250,6 +275,34 @@ Frame EngineSubject::draw(std::chrono::microseconds leastTime) {
   frame.primitives = test->lastFrame().primitives;
   requireNoTrouble("in a frame");
   return frame;
+}
+
+Profile EngineSubject::profile(std::chrono::microseconds leastTime, int frames) {
+  if (!sampler) {
+    sampler.emplace();
+    symbols.emplace();
+  }
+  Profile profile;
+  profile.whyNot = sampler->whyNot();
+  SampledClocks sampled(*sampler, *clocks);
+  test->setFrameObserver(&sampled);
+  std::map<std::pair<std::string, std::string>, std::size_t> counts;
+  for (int i = 0; i < frames; ++i) {
+    const Frame frame = draw(leastTime);
+    profile.primitives += frame.primitives;
+    profile.time += static_cast<double>(frame.time());
+    const Sampler::Samples samples = sampler->take();
+    profile.others += static_cast<double>(samples.ofOthers * Sampler::kPeriod);
+    for (const std::uint64_t address : samples.ofThisThread) {
+      ++counts[symbols->functionAt(address)];
+    }
+  }
+  test->setFrameObserver(&*clocks);
+  for (const auto& [function, count] : counts) {
+    profile.functions.push_back(
+        {function.first, function.second, static_cast<double>(count * Sampler::kPeriod)});
+  }
+  return profile;
 }
 
 }  // namespace

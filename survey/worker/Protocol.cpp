@@ -28,7 +28,11 @@ Json answerTo(const Json& request, Subject& subject) {
   if (kind == "set") {
     return subject.set(request.at("cell").get<Cell>());
   }
-  return subject.draw(std::chrono::microseconds(request.at("leastTime").get<std::int64_t>()));
+  const std::chrono::microseconds leastTime(request.at("leastTime").get<std::int64_t>());
+  if (kind == "profile") {
+    return subject.profile(leastTime, request.at("frames"));
+  }
+  return subject.draw(leastTime);
 }
 
 }  // namespace
@@ -90,6 +94,11 @@ std::string requestOf(std::chrono::microseconds leastTimeOfFrame) {
   return textOf({{"request", "draw"}, {"leastTime", leastTimeOfFrame.count()}});
 }
 
+std::string requestOfProfile(std::chrono::microseconds leastTimeOfFrame, int frames) {
+  return textOf(
+      {{"request", "profile"}, {"leastTime", leastTimeOfFrame.count()}, {"frames", frames}});
+}
+
 template <typename Answer>
 std::optional<Answer> answerIn(const std::string& packet) {
   const Json message = Json::parse(packet, nullptr, false);
@@ -109,5 +118,6 @@ std::optional<Answer> answerIn(const std::string& packet) {
 template std::optional<Driver> answerIn(const std::string& packet);
 template std::optional<CellAnswer> answerIn(const std::string& packet);
 template std::optional<Frame> answerIn(const std::string& packet);
+template std::optional<Profile> answerIn(const std::string& packet);
 
 }  // namespace survey

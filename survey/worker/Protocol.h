@@ -39,6 +39,8 @@ class Subject {
   /// Only after one with a figure frames may be asked for.
   virtual CellAnswer set(const Cell& cell) = 0;
   virtual Frame draw(std::chrono::microseconds leastTime) = 0;
+  /// Draws so many frames, and tells where their time went.
+  virtual Profile profile(std::chrono::microseconds leastTime, int frames) = 0;
 };
 
 /// Answers requests until the other end is closed.
@@ -56,6 +58,7 @@ std::optional<std::string> receivePacket(const Descriptor& socket);
 std::string requestOf(const Begin& begin);
 std::string requestOf(const Cell& cell);
 std::string requestOf(std::chrono::microseconds leastTimeOfFrame);
+std::string requestOfProfile(std::chrono::microseconds leastTimeOfFrame, int frames);
 
 /// The worker's own reason why it has no answer.
 class Failure : public std::runtime_error {
@@ -63,8 +66,8 @@ class Failure : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// The answer in a packet: a Driver, a CellAnswer or a Frame, as was asked for; none in a packet
-/// that holds neither that nor a failure. Throws Failure.
+/// The answer in a packet: a Driver, a CellAnswer, a Frame or a Profile, as was asked for; none in
+/// a packet that holds neither that nor a failure. Throws Failure.
 template <typename Answer>
 std::optional<Answer> answerIn(const std::string& packet);
 

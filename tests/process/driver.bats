@@ -26,6 +26,14 @@ SIGSTOP 20 did not answer within 8 s
 ENDS
 }
 
+@test "Samples name functions, or why there are none" {
+  run -0 --separate-stderr "$survey" versus --base '' --new '' --methods drawArrays --details 8 \
+    --seconds 12 --threshold 90 --explain drawArrays/triStrip/8
+  grep -E ' ((the kernel (takes|lets this user take) no samples)|.*% of time in new)' <<<"$output"
+  grep 'no samples' <<<"$output" ||
+    grep -E '^(__libc_)?malloc +libc.so |^_int_malloc +libc.so |^(\(no name\)|[a-z_]+) +(swrast|libgallium)' <<<"$output"
+}
+
 @test "It draws on screen only when asked to" {
   # Where a software renderer has to fill pixels as well.
   rate() {

@@ -162,6 +162,17 @@ ARGUMENTS
 }
 
 # The README's recipe: commits that change how fast it is, some of which cannot tell.
+@test "Functions explain a change" {
+  run -1 --separate-stderr versus --base '' --new SPEED=drawArrays/triStrip/64=0.8 --seconds 8 --explain
+  grep -E '^drawArrays/triStrip/64: \+2[0-9]\.. % of time in new; of that \+2[0-9]\.. in slowed \(libscripted\.so\)' <<<"$output"
+  grep -E '^slowed +libscripted\.so .* changed$' <<<"$output"
+  run -0 --separate-stderr versus --base '' --new SAMPLES=forbidden --seconds 8 \
+    --explain displayLists/triStrip/8
+  grep '^displayLists/triStrip/8: nobody knows where the time goes, as forbidden$' <<<"$output"
+  run -255 versus --base '' --new '' --explain drawArray/triStrip/8
+  matches ".*'drawArray/triStrip/8' is no cell; did you mean 'drawArrays/triStrip/8'\?"
+}
+
 @test "A bisection is led to the commit" {
   export HOME=$PWD GIT_CONFIG_NOSYSTEM=1
   git init -q repo

@@ -1,7 +1,7 @@
 // A worker without a driver: its rates are made up, and it misbehaves where $SCRIPT says so, as
 // "CELL=DEED CELL=DEED": when that cell is set. $SPEED makes cells slower or faster in the same
 // way: "CELL=0.9", or "all=0.9". $WORKERS names a file to write process ids to, $TURNS one to write
-// $SIDE to whenever a frame is asked for.
+// $SIDE to whenever a frame is asked for, $SAMPLES says why there are none.
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -80,8 +80,8 @@ class ScriptedSubject : public Subject {
     deed = deedFor(nameOf(cell));
     waitsEvery = deed == "busy" ? 1 : deed == "disturb" ? 2 : 0;
     isYardstick = cell.method == "immediateMode";
-    rate = 1e6 * (100 + static_cast<double>(drawMethodNamed(cell.method)->method)) *
-           speedOf(nameOf(cell));
+    speed = speedOf(nameOf(cell));
+    rate = 1e6 * (100 + static_cast<double>(drawMethodNamed(cell.method)->method)) * speed;
     CellAnswer answer{RunsAs::kItself,
                       "",
                       cell.with,
@@ -130,18 +130,30 @@ class ScriptedSubject : public Subject {
     std::normal_distribution<> scatter(1, 0.001);
     const auto time = std::chrono::nanoseconds(leastTime).count();
     const auto primitives = rate * scatter(noise) * static_cast<double>(time) / 1e9;
-    const bool waits = waitsEvery != 0 && ++frames % waitsEvery == 0;
+    const bool waits = waitsEvery != 0 && ++drawn % waitsEvery == 0;
     const std::int64_t wait = !waits ? 0 : waitsEvery == 1 ? 9 * time : time / 5;
     return {static_cast<std::uint64_t>(primitives), time + wait, time, wait, time / 2, {}, false};
+  }
+
+  Profile profile(std::chrono::microseconds leastTime, int frames) override {
+    std::normal_distribution<> scatter(1, 0.01);
+    const auto whole = static_cast<double>(std::chrono::nanoseconds(leastTime).count() * frames);
+    const double usual = std::min(1.0, speed) * whole * scatter(noise);
+    return {static_cast<std::uint64_t>(rate * whole / 1e9),
+            whole,
+            0,
+            {{"draw", "libscripted.so.1", usual}, {"slowed", "libscripted.so.1", whole - usual}},
+            variable("SAMPLES")};
   }
 
  private:
   int socket;
   std::string deed;  ///< of the cell that is set
+  double speed = 1;
   double rate = 0;
   int waitsEvery = 0;
   bool isYardstick = false;
-  int frames = 0;
+  int drawn = 0;
   std::mt19937 noise;
 };
 
