@@ -161,7 +161,7 @@ ARGUMENTS
   matches 'new is .* faster; .*'
 }
 
-# The README's recipe: commits that change how fast it is, some of which cannot tell.
+# The recipe of docs/comparing.md: commits that change how fast it is, some of which cannot tell.
 @test "A bisection is led to the commit" {
   export HOME=$PWD GIT_CONFIG_NOSYSTEM=1
   git init -q repo
