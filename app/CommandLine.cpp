@@ -25,7 +25,7 @@ namespace {
 constexpr std::uint64_t kStartDelay = 100000;  // microseconds
 constexpr std::int64_t kMicrosecondsPerSecond = 1000000;
 
-// Frozen, as scripts compare it: the README and the manual page correct its errors.
+// Frozen, as scripts compare it: the manual page corrects its errors.
 constexpr std::string_view kUsage =
     R"(Error in command line arguments.  Usage:
   Sorvanta [-help] [-r <runTimeLength>] [-regress <reference value> <tolerance>] [-terse] [-avg] [-a] [-t0 .. -t7] [-l0 .. -l7] [-n] [-c] [-s] [-m] [-T]

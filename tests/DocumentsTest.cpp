@@ -1,4 +1,4 @@
-// README, manual page and completion name what the program takes, and nothing else.
+// Manual page, docs/methods.md and completion name what the program takes, and nothing else.
 #include <algorithm>
 #include <fstream>
 #include <iterator>
@@ -52,13 +52,12 @@ Words wordsOf(const Table& table) {
 TEST_F(Documents, NameEveryMethodAndPrimitive) {
   const Words methods = wordsOf(kDrawMethodWords);
   const std::string row = "\n\\| `(\\w+)` \\|";
-  EXPECT_EQ(matches(part("README.md", "### Methods", "### What"), row), methods);
-  EXPECT_EQ(matches(part("README.md", "### What", "\n## "), row), methods);
+  EXPECT_EQ(matches(part("docs/methods.md", "## Methods", "## What"), row), methods);
+  EXPECT_EQ(matches(part("docs/methods.md", "## What", "\n## "), row), methods);
   EXPECT_EQ(matches(part("packaging/Sorvanta.1", ".SH METHODS", ".SH"), "\n\\.TP\n\\.B (\\w+)\n"),
             methods);
   EXPECT_EQ(matches(completed("-r 1 -M"), "(.+)\n"), methods);
   const Words primitives = wordsOf(kPrimitiveWords);
-  EXPECT_EQ(matches(part("README.md", "| `-p", "\n"), "`(\\w+)`"), primitives);
   EXPECT_EQ(matches(part("packaging/Sorvanta.1", ".BR triStrip", ".TP"), "(?:\" |BR )(\\w+)"),
             primitives);
   EXPECT_EQ(matches(completed("-r 1 -p"), "(.+)\n"), primitives);
@@ -66,10 +65,8 @@ TEST_F(Documents, NameEveryMethodAndPrimitive) {
 
 TEST_F(Documents, NameEveryOption) {
   // Of the numbered ones only the first; GLUT's own are offered, and taken out before ours.
-  const Words options = matches(part("README.md", "| `-r", "\n\n"), "[|,] `(-[a-zA-Z]+0?)[` ]");
-  EXPECT_EQ(matches(part("packaging/Sorvanta.1", ".SH OPTIONS", "GLUT"),
-                    "\n\\.T[PQ]\n\\.\\w+ \\\\(-[a-zA-Z]+0?)"),
-            options);
+  const Words options = matches(part("packaging/Sorvanta.1", ".SH OPTIONS", "GLUT"),
+                                "\n\\.T[PQ]\n\\.\\w+ \\\\(-[a-zA-Z]+0?)");
   Words offered = matches(completed("-r 1"), "(-[a-zA-Z]+0?)\n");
   offered.erase("-display");
   offered.erase("-geometry");

@@ -161,7 +161,6 @@ ARGUMENTS
   matches 'new is .* faster; .*'
 }
 
-# The README's recipe: commits that change how fast it is, some of which cannot tell.
 @test "Functions explain a change" {
   run -1 --separate-stderr versus --base '' --new SPEED=drawArrays/triStrip/64=0.8 --seconds 8 --explain
   grep -E '^drawArrays/triStrip/64: \+2[0-9]\.. % of time in new; of that \+2[0-9]\.. in slowed \(libscripted\.so\)' <<<"$output"
@@ -173,6 +172,7 @@ ARGUMENTS
   matches ".*'drawArray/triStrip/8' is no cell; did you mean 'drawArrays/triStrip/8'\?"
 }
 
+# The recipe of docs/comparing.md: commits that change how fast it is, some of which cannot tell.
 @test "A bisection is led to the commit" {
   export HOME=$PWD GIT_CONFIG_NOSYSTEM=1
   git init -q repo
