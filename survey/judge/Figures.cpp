@@ -7,34 +7,13 @@
 #include <sstream>
 #include <tuple>
 
+#include "survey/judge/Ranking.h"
 #include "survey/statistics/Averages.h"
-#include "survey/statistics/Significance.h"
 
 namespace survey {
 namespace {
 
 constexpr double kNanosecondsPerSecond = 1e9;
-
-/// Block by block, where both were measured.
-std::vector<double> differences(const std::vector<BlockValue>& blocks,
-                                const std::vector<BlockValue>& others) {
-  std::vector<double> values;
-  auto other = others.begin();
-  for (const BlockValue& block : blocks) {
-    other = std::find_if(other, others.end(),
-                         [&](const BlockValue& same) { return same.block >= block.block; });
-    if (other != others.end() && other->block == block.block) {
-      values.push_back(block.value - other->value);
-    }
-  }
-  return values;
-}
-
-Estimate ratioOf(const std::vector<BlockValue>& blocks, const std::vector<BlockValue>& others) {
-  const std::vector<double> together = differences(blocks, others);
-  return together.empty() ? difference(estimateOf(valuesOf(blocks)), estimateOf(valuesOf(others)))
-                          : estimateOf(together);
-}
 
 /// On a software renderer timer queries count times of the processor.
 std::optional<double> gpuShareOf(const SideView& side, std::size_t cell) {
@@ -90,75 +69,26 @@ void findRates(const SideView& side, const Members& members, const BlockRates& r
   }
 }
 
-/// The ratios of every member of a group to every other: logarithms, by their places in it.
-using Pairs = std::vector<std::vector<Estimate>>;
-
-std::vector<Pairs> pairsOf(const std::vector<Group>& groups, const CellsBlocks& rates) {
-  std::vector<Estimate> flat;
+/// Fills in the ratios and who leads, and ranks.
+void rank(std::vector<Group>& groups, const CellsBlocks& rates, double precision) {
+  std::vector<CellsBlocks> values;
   for (const Group& group : groups) {
-    for (auto one = group.ranking.begin(); one != group.ranking.end(); ++one) {
-      for (auto other = one + 1; other != group.ranking.end(); ++other) {
-        flat.push_back(ratioOf(rates[one->cell], rates[other->cell]));
-      }
+    CellsBlocks& ofGroup = values.emplace_back();
+    for (const CellFigure& figure : group.ranking) {
+      ofGroup.push_back(rates[figure.cell]);
     }
   }
-  shareVariances(flat);
-  std::vector<Pairs> all;
-  auto estimate = flat.begin();
-  for (const Group& group : groups) {
-    const std::size_t count = group.ranking.size();
-    Pairs& pairs = all.emplace_back(count, std::vector<Estimate>(count));
-    for (std::size_t i = 0; i < count; ++i) {
-      for (std::size_t j = i + 1; j < count; ++j) {
-        pairs[i][j] = *estimate++;
-        pairs[j][i] = pairs[i][j];
-        pairs[j][i].mean = -pairs[i][j].mean;
-      }
+  const auto rankings = rankingsOf(values);
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    std::vector<CellFigure> ranking;
+    for (const auto& [member, ratio, leads] : rankings[i]) {
+      CellFigure& figure = ranking.emplace_back(groups[i].ranking[member]);
+      figure.ratio = ratio;
+      figure.leads = leads;
+      figure.precise = isPrecise(rankings[i].size() == 1 ? figure.rate : ratio, precision);
     }
+    groups[i].ranking = std::move(ranking);
   }
-  return all;
-}
-
-/// Who is ahead of all others, or of most if they go in a circle.
-std::size_t bestIn(const Pairs& pairs) {
-  const auto ahead = [](const std::vector<Estimate>& ratios) {
-    return std::count_if(ratios.begin(), ratios.end(),
-                         [](const Estimate& ratio) { return ratio.mean >= 0; });
-  };
-  return static_cast<std::size_t>(
-      std::max_element(pairs.begin(), pairs.end(),
-                       [&](const auto& a, const auto& b) { return ahead(a) < ahead(b); }) -
-      pairs.begin());
-}
-
-/// Whether it is behind none of the others so far that it cannot be the best.
-bool mayBeBest(const std::vector<Estimate>& ratios) {
-  constexpr double kError = 0.05;
-  return std::all_of(ratios.begin(), ratios.end(), [&](const Estimate& ratio) {
-    const double freedom = ratio.variance.freedom;
-    return ratio.mean >= 0 || !(freedom > 0) ||
-           -ratio.mean <=
-               std::sqrt(ratio.variance.value) *
-                   criticalValue(kError / static_cast<double>(ratios.size() - 1), freedom);
-  });
-}
-
-/// Fills in the ratios of a group and who leads, and ranks.
-void rank(std::vector<CellFigure>& ranking, const Pairs& pairs, double precision) {
-  if (ranking.empty()) {
-    return;
-  }
-  const std::size_t best = bestIn(pairs);
-  for (std::size_t i = 0; i < ranking.size(); ++i) {
-    CellFigure& figure = ranking[i];
-    figure.ratio = i == best ? Interval{1, 1, 1} : exponential(intervalOf(pairs[i][best]));
-    figure.leads = i == best || mayBeBest(pairs[i]);
-    figure.precise = isPrecise(ranking.size() == 1 ? figure.rate : figure.ratio, precision);
-  }
-  std::swap(ranking.front(), ranking[best]);
-  std::stable_sort(
-      ranking.begin() + 1, ranking.end(),
-      [](const CellFigure& a, const CellFigure& b) { return a.ratio.middle > b.ratio.middle; });
 }
 
 std::set<std::string> wordsIn(const std::string& text) {
@@ -270,10 +200,7 @@ Figures figuresOf(const SideView& side) {
             showsFast ? blockRatesOf(side, states.visitsIn(CoreState::kSlow)).all
                       : CellsBlocks(record.cells.size()));
   figures.costs = costsOf(side, members, rates.all);
-  const std::vector<Pairs> pairs = pairsOf(figures.groups, rates.all);
-  for (std::size_t i = 0; i < pairs.size(); ++i) {
-    rank(figures.groups[i].ranking, pairs[i], record.settings.precision);
-  }
+  rank(figures.groups, rates.all, record.settings.precision);
   for (Group& group : figures.groups) {
     for (CellFigure& figure : group.ranking) {
       const CellAnswer& answer = *side.state(figure.cell).answer;

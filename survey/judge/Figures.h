@@ -58,8 +58,7 @@ struct Figures {
 
 /// The intervals are of 95 %, with the block as the unit of replication: trimmed means over the
 /// blocks, ratios block by block, and cells that lend each other certainty about how far blocks
-/// scatter. Leaders are Gupta's subset (1965), which holds the truly best of a group with 95 %; its
-/// constant is Bonferroni's, which needs no like scatter and no independence.
+/// scatter; who leads, as rankingsOf (Ranking.h) has it.
 Figures figuresOf(const SideView& side);
 
 }  // namespace survey
