@@ -18,7 +18,7 @@ _sorvanta_survey() {
   fi
   case $before in
     --methods)
-      offered="ten all immediateMode arrayElement drawArrays compiledVertArray displayLists
+      offered="ten today static stream core all immediateMode arrayElement drawArrays compiledVertArray displayLists
         drawArraysWithVertArrayRng drawArraysWithVertArrayObjects
         drawArraysWithDynVertBufferObjectsVAO drawArraysWithStatVertBufferObjectsVAO
         drawArraysWithStaticVBO multiDrawArrays multiDrawArraysIndirect drawElementsWithRestart
@@ -29,7 +29,8 @@ _sorvanta_survey() {
       _sorvanta_survey_files '*'
       return
       ;;
-    --details | --with | --seconds | --precision | --frame | --device | --seed | --patience | \
+    --changes) offered="never every-frame" ;;
+    --details | --with | --triangles | --strips | --seconds | --precision | --frame | --device | --seed | --patience | \
       --threshold | --base | --new | --base-name | --new-name)
       return
       ;;
@@ -38,6 +39,10 @@ _sorvanta_survey() {
         run)
           offered="--methods --primitives --details --with --seconds --precision --frame --device
             --on-screen --seed --patience --json --csv --markdown --quiet --unoptimised --help"
+          ;;
+        advise)
+          offered="--triangles --strips --changes --core --with --seconds --frame --device --on-screen
+            --seed --patience --json --markdown --quiet --unoptimised --help"
           ;;
         versus)
           offered="--base --new --base-name --new-name --threshold --explain --methods --primitives --details
@@ -50,7 +55,7 @@ _sorvanta_survey() {
           _sorvanta_survey_files '*.json'
           ;;
         devices) offered="--help" ;;
-        *) offered="run versus compare report devices --help --version" ;;
+        *) offered="run advise versus compare report devices --help --version" ;;
       esac
       ;;
   esac

@@ -50,6 +50,10 @@ bool tell(const Result& result, const Summary& summary, const Outputs& outputs,
 int tellSurvey(const Result& result, const SittingCommand& command) {
   const SideView side = sidesOf(result).front();
   const Figures figures = figuresOf(side);
+  if (result.question) {
+    const bool written = tell(result, summaryOf(*result.question, side, figures), command.outputs);
+    return written && isMeasured(result) ? EXIT_SUCCESS : EXIT_FAILURE;
+  }
   const bool written =
       tell(result, summaryOf(side, figures), command.outputs, [&] { return csvOf(side, figures); });
   return written && isMeasured(result) ? EXIT_SUCCESS : EXIT_FAILURE;
@@ -168,7 +172,7 @@ Record sideIn(const std::string& path, const std::string& name) {
 int takeSitting(const SittingCommand& command, const std::vector<std::string>& worker) {
   requireReady(command);
   const Interruption interruption;
-  Result result{{command.plan}, command.threshold};
+  Result result{{command.plan}, command.threshold, command.question};
   Record& record = result.sittings.front();
   record.program = thisProgram();
   bool forecast = false;

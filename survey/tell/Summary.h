@@ -24,6 +24,9 @@ Summary summaryOf(const SideView& side, const Figures& figures);
 Summary summaryOf(const std::vector<SideView>& sides, const std::vector<Changes>& changes,
                   double threshold);
 
+/// Which method suits a mesh.
+Summary summaryOf(const Question& question, const SideView& side, const Figures& figures);
+
 /// The tables alone: a section for each group, best first, where leaders that cannot be told apart
 /// are marked with '=' and one that is alone with '>'; or one for each group and new side, a row a
 /// cell.
