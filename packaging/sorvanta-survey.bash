@@ -25,7 +25,7 @@ _sorvanta_survey() {
         streamSubData streamMapRange streamPersistent"
       ;;
     --primitives) offered="all triStrip quadStrip lineStrip lines points quads triangles" ;;
-    --json | --csv | --markdown | --html)
+    --json | --csv | --markdown | --junit | --html)
       _sorvanta_survey_files '*'
       return
       ;;
@@ -38,19 +38,19 @@ _sorvanta_survey() {
       case ${COMP_WORDS[1]} in
         run)
           offered="--methods --primitives --details --with --seconds --precision --frame --device
-            --on-screen --seed --patience --json --csv --markdown --quiet --unoptimised --help"
+            --on-screen --seed --patience --json --csv --markdown --junit --quiet --unoptimised --help"
           ;;
         advise)
           offered="--triangles --strips --changes --core --with --seconds --frame --device --on-screen
-            --seed --patience --json --markdown --quiet --unoptimised --help"
+            --seed --patience --json --markdown --junit --quiet --unoptimised --help"
           ;;
         versus)
-          offered="--base --new --base-name --new-name --threshold --explain --methods --primitives --details
-            --with --seconds --frame --device --on-screen --seed --patience --json --markdown --quiet
-            --unoptimised --help"
+          offered="--base --new --base-name --new-name --threshold --explain --methods --primitives
+            --details --with --seconds --frame --device --on-screen --seed --patience --json --markdown
+            --junit --line --quiet --unoptimised --help"
           ;;
         compare | report)
-          offered="--threshold --json --markdown --help"
+          offered="--new --threshold --json --markdown --junit --line --help"
           [ "${COMP_WORDS[1]}" = compare ] || offered="--html --help"
           _sorvanta_survey_files '*.json'
           ;;

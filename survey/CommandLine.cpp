@@ -32,6 +32,7 @@ void addFile(CLI::App& app, const char* option, std::string& path, const char* h
 void addOutputs(CLI::App& app, Outputs& outputs) {
   addFile(app, "--json", outputs.json, "write everything, in Google Benchmark's schema");
   addFile(app, "--markdown", outputs.markdown, "write the table for a merge request");
+  addFile(app, "--junit", outputs.junit, "write a test case a cell, for a CI's page of tests");
 }
 
 /// Its sentences name the value and what it may be.
@@ -47,6 +48,10 @@ CLI::Validator upTo(double most) {
                        : "";
           },
           ""};
+}
+
+void addLine(CLI::App& app, Outputs& outputs) {
+  app.add_flag("--line", outputs.line, "print a line a change, for a commit message");
 }
 
 void addThreshold(CLI::App& app, double& threshold) {
@@ -173,6 +178,7 @@ void addVersusOptions(CLI::App& app, SittingCommand& versus, Sides& sides) {
   addNew("--new-name", sides.newNames, "what it is called, in the order of --new [new]")
       ->type_name("NAME");
   addThreshold(app, versus.threshold);
+  addLine(app, versus.outputs);
   app.add_option(
          "--explain", sides.explain,
          "which functions make a change; of the cells that changed most unless some are named")
@@ -190,6 +196,7 @@ void addCompareOptions(CLI::App& app, CompareCommand& compare) {
                  "as many of the new one; of two files without it the second is new")
       ->type_name("NEW.json");
   addThreshold(app, compare.threshold);
+  addLine(app, compare.outputs);
   addOutputs(app, compare.outputs);
 }
 

@@ -21,9 +21,11 @@ struct Outputs {
   std::string json{};
   std::string markdown{};
   std::string csv{};
+  std::string junit{};
   std::string html{};
+  bool line = false;  ///< on standard output a line a change, and nothing else
 
-  std::vector<std::string> paths() const { return {json, markdown, csv, html}; }
+  std::vector<std::string> paths() const { return {json, markdown, csv, junit, html}; }
   /// Whether one of them goes there, so that nothing else must.
   bool takeStandardOutput() const {
     const std::vector<std::string> all = paths();

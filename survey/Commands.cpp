@@ -18,6 +18,7 @@
 #include "survey/tell/Files.h"
 #include "survey/tell/Page.h"
 #include "survey/tell/ProgressBar.h"
+#include "survey/tell/Sentences.h"
 #include "survey/tell/Summary.h"
 
 namespace survey {
@@ -28,9 +29,16 @@ bool isMeasured(const Result& result) {
                      [](const Record& record) { return !record.visits.empty(); });
 }
 
-/// Writes the files and prints; whether all of that could be done. `csv` makes a row a cell.
+/// What is made of a result, where it is asked for.
+struct Texts {
+  std::function<std::string()> junit{};
+  std::function<std::string()> csv{};
+  std::function<std::string()> line{};  ///< in place of the answer and the table
+};
+
+/// Writes the files and prints; whether all of that could be done.
 bool tell(const Result& result, const Summary& summary, const Outputs& outputs,
-          const std::function<std::string()>& csv = {}) {
+          const Texts& texts) {
   // First the files: who reads standard output may have left.
   bool written = true;
   const auto write = [&](const std::string& path, const std::function<std::string()>& content) {
@@ -38,8 +46,11 @@ bool tell(const Result& result, const Summary& summary, const Outputs& outputs,
   };
   write(outputs.json, [&] { return resultJson(result); });
   write(outputs.markdown, [&] { return asMarkdown(summary); });
-  write(outputs.csv, csv);
-  written = printed(asText(summary, wantsColours()), outputs.takeStandardOutput()) && written;
+  write(outputs.csv, texts.csv);
+  write(outputs.junit, texts.junit);
+  written = printed(outputs.line ? texts.line() : asText(summary, wantsColours()),
+                    outputs.takeStandardOutput()) &&
+            written;
   for (const std::string& sentence : summary.caveats) {
     warn(sentence);
   }
@@ -50,12 +61,11 @@ bool tell(const Result& result, const Summary& summary, const Outputs& outputs,
 int tellSurvey(const Result& result, const SittingCommand& command) {
   const SideView side = sidesOf(result).front();
   const Figures figures = figuresOf(side);
-  if (result.question) {
-    const bool written = tell(result, summaryOf(*result.question, side, figures), command.outputs);
-    return written && isMeasured(result) ? EXIT_SUCCESS : EXIT_FAILURE;
-  }
-  const bool written =
-      tell(result, summaryOf(side, figures), command.outputs, [&] { return csvOf(side, figures); });
+  const Summary summary =
+      result.question ? summaryOf(*result.question, side, figures) : summaryOf(side, figures);
+  const bool written = tell(result, summary, command.outputs,
+                            {.junit = [&] { return junitOf(side, figures); },
+                             .csv = [&] { return csvOf(side, figures); }});
   return written && isMeasured(result) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
@@ -63,7 +73,8 @@ int tellSurvey(const Result& result, const SittingCommand& command) {
 int tellComparison(const Result& result, const Outputs& outputs) {
   const std::vector<SideView> sides = sidesOf(result);
   const std::vector<Changes> changes = changesOf(sides, result.threshold);
-  return tell(result, summaryOf(sides, changes, result.threshold), outputs)
+  return tell(result, summaryOf(sides, changes, result.threshold), outputs,
+              {.junit = [&] { return junitOf(changes); }, .line = [&] { return linesOf(changes); }})
              ? bisectionStatusOf(changes)
              : kUnusable;
 }

@@ -29,6 +29,10 @@ std::string changeInWords(const Interval& ratio);
 /// "new is 7.1 % ± 0.8 % slower; worst: drawArrays, detail 64, 12 %."; a line a side.
 std::string verdictOf(const std::vector<Changes>& changes, double threshold);
 
+/// "drawArrays, detail 64: -4.31 % ± 0.81 % (n = 22)": a line for each cell that changed, or for
+/// all of them together where none did.
+std::string linesOf(const std::vector<Changes>& changes);
+
 /// What they were measured on: a sentence for each, and one for each that is the same driver as the
 /// first.
 std::vector<std::string> sourcesOf(const std::vector<SideView>& sides);

@@ -185,6 +185,31 @@ std::string verdictOf(const std::vector<Changes>& changes, double threshold) {
   return fmt::format("{}", fmt::join(lines, "\n"));
 }
 
+std::string linesOf(const std::vector<Changes>& changes) {
+  std::string lines;
+  for (const Changes& ofSide : changes) {
+    const std::string prefix = changes.size() > 1 ? ofSide.newer.name() + ", " : "";
+    const auto add = [&](const std::string& what, const Change& change) {
+      const double reach = kPercent * change.ratio.halfWidth();
+      lines += fmt::format("{}{}: {:+.2f} % ± {} (n = {})\n", prefix, what,
+                           kPercent * (change.ratio.middle - 1),
+                           reach < kPercent ? fmt::format("{:.2f} %", reach) : "?", change.units);
+    };
+    const std::size_t before = lines.size();
+    for (const CellChange& cell : ofSide.cells) {
+      if (cell.change.verdict == Verdict::kSlower || cell.change.verdict == Verdict::kFaster) {
+        add(cellInWords(ofSide.base.cell(cell.base)), cell.change);
+      }
+    }
+    if (lines.size() == before && !ofSide.cells.empty()) {
+      Change overall = ofSide.overall;
+      overall.units = ofSide.cells.size();
+      add("all cells", overall);
+    }
+  }
+  return lines;
+}
+
 std::vector<std::string> sourcesOf(const std::vector<SideView>& sides) {
   std::vector<std::string> sentences;
   const auto add = [&](const std::string& sentence) {

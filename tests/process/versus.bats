@@ -161,6 +161,16 @@ ARGUMENTS
   matches 'new is .* faster; .*'
 }
 
+@test "A line and test cases tell a change elsewhere" {
+  run -1 --separate-stderr versus --base '' \
+    --new 'SPEED=drawArrays/triStrip/64=0.8 SCRIPT=displayLists/triStrip/8=abort' --line --junit cases.xml
+  matches 'drawArrays, detail 64: -(19|20)\.[0-9]+ % ± [0-9.]+ % \(n = [0-9]+\)'
+  grep '<testsuite name="new: Detail 64, triStrip, vertices alone" tests="2" failures="1" skipped="0" errors="0">' cases.xml
+  grep -A1 'name="drawArrays/triStrip/64"><failure message="slower: 20\.' cases.xml
+  grep 'name="displayLists/triStrip/8"><failure message="fails in new alone: died of SIGABRT' cases.xml
+  /usr/bin/python3 -c 'import xml.etree.ElementTree as tree; tree.parse("cases.xml")'
+}
+
 @test "Functions explain a change" {
   run -1 --separate-stderr versus --base '' --new SPEED=drawArrays/triStrip/64=0.8 --seconds 8 --explain
   grep -E '^drawArrays/triStrip/64: \+2[0-9]\.. % of time in new; of that \+2[0-9]\.. in slowed \(libscripted\.so\)' <<<"$output"
