@@ -80,7 +80,15 @@ std::string factsOf(const std::vector<std::pair<std::string, SideView>>& columns
       {"OpenGL", [](const SideView& s) { return s.side().driver.version; }},
       {"device", [](const SideView& s) { return s.side().driver.device; }},
       {"environment",
-       [](const SideView& s) { return fmt::format("{}", fmt::join(s.side().environment, " ")); }},
+       [](const SideView& s) {
+         std::vector<std::string> all = s.side().environment;
+         for (const std::string& variable : s.side().driver.environment) {
+           if (std::find(all.begin(), all.end(), variable) == all.end()) {
+             all.push_back(variable);
+           }
+         }
+         return fmt::format("{}", fmt::join(all, " "));
+       }},
       {"host", [](const SideView& s) { return s.record->machine.host; }},
       {"processor",
        [](const SideView& s) {
@@ -113,7 +121,10 @@ std::string factsOf(const std::vector<std::pair<std::string, SideView>>& columns
   }
   html += "<tr><th>driver files</th>";
   for (const auto& [name, side] : columns) {
-    const std::vector<std::string>& files = side.side().driver.libraries;
+    std::vector<std::string> files;
+    for (const Library& library : side.side().driver.libraries) {
+      files.push_back(fileInWords(library));
+    }
     html += fmt::format(
         "<td class=\"text\"><details><summary>{} that were loaded</summary>{}</details></td>",
         files.size(), escaped(fmt::format("{}", fmt::join(files, " "))));

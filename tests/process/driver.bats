@@ -26,6 +26,16 @@ SIGSTOP 20 did not answer within 8 s
 ENDS
 }
 
+@test "A file tells which builds were loaded, and in which environment" {
+  library=$build/tests/survey/libsignal_in_call_list.so
+  LD_PRELOAD=$library MESA_OF_NO_USE=1 run -0 --separate-stderr "$survey" run \
+    --methods drawArrays --details 8 --seconds 2 --precision 100 --json a.json
+  id=$(readelf --notes "$library" | sed -n 's/.*Build ID: //p')
+  [ "${#id}" = 40 ]
+  grep -F "{\"build\":\"$id\",\"path\":\"$library\"}" a.json >/dev/null
+  grep -F "\"LD_PRELOAD=$library\",\"MESA_OF_NO_USE=1\"" a.json >/dev/null
+}
+
 @test "Samples name functions, or why there are none" {
   run -0 --separate-stderr "$survey" versus --base '' --new '' --methods drawArrays --details 8 \
     --seconds 12 --threshold 90 --explain drawArrays/triStrip/8

@@ -8,6 +8,7 @@
 #include "survey/data/RecordJson.h"
 #include "survey/tell/Files.h"
 #include "survey/tell/Numbers.h"
+#include "survey/tell/Sentences.h"
 #include "tests/survey/SimulatedMachine.h"
 
 namespace survey {
@@ -29,8 +30,14 @@ Record exampleRecord() {
   refused.runsAs = RunsAs::kRefused;
   refused.sentence = "no \"lists\" here";
   record.sides = {{"", {"A=1"}}};
-  record.sides[0].driver = {0,         "device", "vendor",          "renderer \xff",
-                            "version", true,     {"/lib/driver.so"}};
+  record.sides[0].driver = {0,
+                            "device",
+                            "vendor",
+                            "renderer \xff",
+                            "version",
+                            true,
+                            {{"/lib/driver.so", "1a2b"}},
+                            {"MESA_X=1"}};
   record.sides[0].cells = {{drawn, {}}, {refused, {}}, {std::nullopt, {"died of SIGSEGV"}}};
   record.visits = {
       {0,
@@ -172,6 +179,36 @@ TEST(ResultJson, IsNotBelievedUnread) {
       EXPECT_EQ(std::string(error.what()).find("this result is damaged: "), 0U) << error.what();
     }
   }
+}
+
+TEST(Sources, TellARebuiltDriverAndAnotherEnvironmentFromTheSame) {
+  std::vector<Record> sittings(2, exampleRecord());
+  Driver& base = sittings[0].sides[0].driver;
+  Driver& newer = sittings[1].sides[0].driver;
+  sittings[0].sides[0].name = "old";
+  sittings[1].sides[0].name = "new";
+  const auto sources = [&] {
+    std::string all;
+    for (const std::string& sentence : sourcesOf({{&sittings[0], 0}, {&sittings[1], 0}})) {
+      all += sentence.substr(sentence.rfind("version") + 7);
+    }
+    return all;
+  };
+  const auto contains = [&](const std::string& part) {
+    return sources().find(part) != std::string::npos;
+  };
+  EXPECT_TRUE(contains("SAME DRIVER") && contains("the same files."));
+  newer.environment = {"MESA_X=2"};
+  EXPECT_TRUE(contains("SAME DRIVER") && contains(", in environments that differ."));
+  EXPECT_TRUE(contains(" (with A=1 MESA_X=1). (with A=1 MESA_X=2)."));
+  newer.environment = base.environment;
+  newer.libraries = {{"/lib/driver.so", "1a2b3c4d5e6f"}, {"/lib/more.so", "1a2b"}};
+  EXPECT_EQ(sources(),
+            " (with A=1); its own files: /lib/driver.so (1a2b)."
+            " (with A=1); its own files: /lib/driver.so (1a2b3c4d) /lib/more.so.");
+  // Of files of format 1 no builds are known.
+  base.libraries = newer.libraries = {{"/lib/driver.so", ""}};
+  EXPECT_EQ(sources(), " (with A=1). (with A=1).");
 }
 
 TEST(Numbers, HaveThreeDigitsThatCount) {
