@@ -16,6 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/process/ForeignText.h"
 #include "platform/process/WaitStatus.h"
 
 namespace survey {
@@ -94,23 +95,12 @@ struct Child {
   }
 };
 
-std::string withoutControls(std::string words) {
-  std::replace_if(
-      words.begin(), words.end(),
-      [](char character) {
-        return static_cast<unsigned char>(character) < ' ' && character != '\n';
-      },
-      ' ');
-  return words;
-}
-
 /// What the dynamic linker complains of in that line; empty if nothing. A path in it may be long.
 std::string complaintIn(const std::string& line) {
   constexpr std::string_view kMark = "ERROR: ld.so: ";
   const std::size_t begin = line.find(kMark);
-  return begin == std::string::npos
-             ? ""
-             : withoutFullStop(withoutControls(line.substr(begin + kMark.size())));
+  return begin == std::string::npos ? ""
+                                    : withoutFullStop(harmless(line.substr(begin + kMark.size())));
 }
 
 /// The status of waitpid; none of one that does not end for a while.
@@ -176,7 +166,7 @@ void ChildProcess::keepComplaints(std::string_view words) {
 }
 
 std::string ChildProcess::lastSentence() const {
-  const std::string words = withoutControls(lastWords_);
+  const std::string words = harmless(lastWords_, LineEnds::kKept);
   const std::size_t end = words.find_last_not_of(" \n");
   if (end == std::string::npos) {
     return "";

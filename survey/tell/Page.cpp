@@ -44,9 +44,9 @@ td.text {{ white-space: normal; overflow-wrap: anywhere; min-width: 12rem; }}
 <body>
 )";
 
-std::string paragraph(const std::string& text, const std::string& style = "") {
-  return fmt::format("<p{}>{}</p>\n", style.empty() ? "" : " class=\"" + style + "\"",
-                     escaped(text));
+std::string answer(const Summary& summary) {
+  return fmt::format("<p class=\"answer\">{}</p>\n",
+                     escaped(fmt::format("{}", fmt::join(summary.answer, "\n"))));
 }
 
 std::string list(const std::vector<std::string>& sentences) {
@@ -260,7 +260,7 @@ std::string rankingsOf(const std::vector<Ranked>& sides, int level) {
     const Summary summary = summaryOf(ranked.side, ranked.figures);
     columns.emplace_back(ranked.name, ranked.side);
     html += several ? heading(1, ranked.name) : "";
-    html += paragraph(summary.answer, "answer");
+    html += answer(summary);
     lines += lineCharts(ranked, several ? ranked.name : "");
     figures += heading(0, several ? ranked.name : "Figures") + tableAndCaveats(summary);
   }
@@ -301,7 +301,7 @@ std::string comparisonOf(const NamedResult& named) {
   const std::vector<Changes> changes = changesOf(sides, threshold);
   const Summary summary = summaryOf(sides, changes, threshold);
   std::string html = fmt::format("<h2>{}</h2>\n", escaped(named.name));
-  html += paragraph(summary.answer, "answer");
+  html += answer(summary);
   html += list(summary.sources);
   for (const Changes& ofSide : changes) {
     html += fmt::format("<h3>Ratios of {} to {}</h3>\n<div class=\"charts\">\n{}</div>\n",

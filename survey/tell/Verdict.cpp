@@ -219,7 +219,7 @@ std::string changeInWords(const Interval& ratio) {
                      reach < kPercent ? fmt::format("{:.1f} %", reach) : "?", direction(ratio));
 }
 
-std::string verdictOf(const std::vector<Changes>& changes, double threshold) {
+std::vector<std::string> verdictOf(const std::vector<Changes>& changes, double threshold) {
   std::vector<std::string> lines;
   for (const Changes& ofSide : changes) {
     const std::string& name = ofSide.newer.name();
@@ -227,7 +227,7 @@ std::string verdictOf(const std::vector<Changes>& changes, double threshold) {
     const bool saysWhose = changes.size() == 1 || sentence.starts_with(name + ' ');
     lines.push_back(saysWhose ? sentence : fmt::format("{}: {}", name, sentence));
   }
-  return fmt::format("{}", fmt::join(lines, "\n"));
+  return lines;
 }
 
 std::vector<std::string> sourcesOf(const std::vector<SideView>& sides) {

@@ -9,6 +9,7 @@
 #include "survey/tell/Files.h"
 #include "survey/tell/Numbers.h"
 #include "survey/tell/Sentences.h"
+#include "survey/tell/Summary.h"
 #include "tests/survey/SimulatedMachine.h"
 
 namespace survey {
@@ -179,6 +180,36 @@ TEST(ResultJson, IsNotBelievedUnread) {
       EXPECT_EQ(std::string(error.what()).find("this result is damaged: "), 0U) << error.what();
     }
   }
+}
+
+TEST(Summary, HoldsNothingThatActsOnWhereItIsShown) {
+  const auto shown = [](const Record& record) {
+    const SideView side{&record, 0};
+    const Figures figures = figuresOf(side);
+    const Summary summary = summaryOf(side, figures);
+    return std::vector<std::string>{asText(summary, false), asMarkdown(summary),
+                                    csvOf(side, figures)};
+  };
+  Record record = exampleRecord();
+  const std::vector<std::string> usual = shown(record);
+  record.sides[0].driver.renderer =
+      "\x1b]0;x\a\xc2\x9b"
+      "1m\xe2\x80\xa8\x9b\xf0\x82\x82\xac ü\r\n";
+  record.sides[0].cells[1].answer->sentence = "=A1|B1\n| <img src=x> ![x](y)";
+  const std::vector<std::string> hostile = shown(record);
+  for (std::size_t i = 0; i < hostile.size(); ++i) {
+    const std::string& text = hostile[i];
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'),
+              std::count(usual[i].begin(), usual[i].end(), '\n'));
+    EXPECT_TRUE(std::none_of(text.begin(), text.end(), [](unsigned char c) {
+      return (c < ' ' && c != '\n') || c == 0x7f || c == 0x9b;
+    })) << text;
+  }
+  EXPECT_NE(hostile[0].find("On  ]0;x  1m \xEF\xBF\xBD"), std::string::npos) << hostile[0];
+  EXPECT_NE(hostile[0].find(" ü  , version"), std::string::npos) << hostile[0];
+  EXPECT_NE(hostile[1].find("- [2] =A1&#124;B1 &#124; &lt;img src=x> ![x]\\(y)"), std::string::npos)
+      << hostile[1];
+  EXPECT_NE(hostile[2].find(",\"'=A1|B1 | "), std::string::npos) << hostile[2];
 }
 
 TEST(Sources, TellARebuiltDriverAndAnotherEnvironmentFromTheSame) {
