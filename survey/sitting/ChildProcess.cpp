@@ -67,6 +67,7 @@ struct Child {
   const sigset_t* mask;
   char* const* arguments;
   char* const* environment;
+  const char* failure;  ///< what to say where it cannot be executed, before the reason
 
   [[noreturn]] void run() const {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -89,7 +90,9 @@ struct Child {
     fcntl(socket, F_SETFD, 0);
     execve(path, arguments, environment);
     const char* const reason = std::strerror(errno);
-    [[maybe_unused]] const ssize_t told = write(STDERR_FILENO, reason, std::strlen(reason));
+    for (const char* const words : {failure, reason, ")"}) {
+      [[maybe_unused]] const ssize_t told = write(STDERR_FILENO, words, std::strlen(words));
+    }
     constexpr int kCannotExecute = 127;
     _exit(kCannotExecute);
   }
@@ -132,9 +135,20 @@ ChildProcess::ChildProcess(const Launch& launch, const Descriptor& socket, const
   std::vector<std::string> variables = environmentWith(launch.environment);
   const std::vector<char*> argumentPointers = pointersTo(arguments);
   const std::vector<char*> variablePointers = pointersTo(variables);
-  const Child child{
-      getpid(), launch.command.front().c_str(), socket.get(),           itsErrors.get(),
-      &mask,    argumentPointers.data(),        variablePointers.data()};
+  // Under the program's name, as a sentence of the child's own.
+  std::string failure = std::string(program_invocation_short_name) + ": " + launch.command.front();
+  failure += launch.command.front().starts_with("/proc/")
+                 ? " cannot be executed, through which the program starts itself: /proc has to be "
+                   "mounted and readable ("
+                 : " cannot be executed (";
+  const Child child{getpid(),
+                    launch.command.front().c_str(),
+                    socket.get(),
+                    itsErrors.get(),
+                    &mask,
+                    argumentPointers.data(),
+                    variablePointers.data(),
+                    failure.c_str()};
   id_ = fork();
   if (id_ == 0) {
     child.run();

@@ -62,7 +62,8 @@ unsigned int numberOf(const std::string& device) {
     return static_cast<unsigned int>(std::strtoul(device.c_str(), nullptr, 10));
   }
   std::vector<HeadlessDevice> devices = listDevices();
-  return chooseDevice(devices, device.empty() ? wantedDevice() : device).number;
+  const WantedDevice wanted = device.empty() ? wantedDevice() : WantedDevice{device, "--device"};
+  return chooseDevice(devices, wanted).number;
 }
 
 /// The program's own as well: a driver builds on the same ones, and what was preloaded is among

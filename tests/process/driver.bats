@@ -36,6 +36,11 @@ ENDS
   grep -F "\"LD_PRELOAD=$library\",\"MESA_OF_NO_USE=1\"" a.json >/dev/null
 }
 
+@test "A device that is not there is named as it was asked for" {
+  run -1 "$survey" run --device nowhere --methods drawArrays --details 8
+  matches 'sorvanta-survey: .* no worker could be started: --device=nowhere matches no graphics device; .*(\n  [0-9]+: .+)+'
+}
+
 @test "Samples name functions, or why there are none" {
   run -0 --separate-stderr "$survey" versus --base '' --new '' --methods drawArrays --details 8 \
     --seconds 12 --threshold 90 --explain drawArrays/triStrip/8
