@@ -69,6 +69,7 @@ struct Scan {
   std::int64_t runLength = 0;  // microseconds
   int viewWidth = kInitialViewSide;
   int viewHeight = kInitialViewSide;
+  std::string refusal;            ///< of what this view cannot do
   std::string regressionReading;  ///< how -regress was taken, where it may not have been meant so
 };
 
@@ -187,7 +188,7 @@ constexpr std::array<Option, 14> kOptions = {{
     {"-u", 0, [](Scan&, Values) { vpt->setTextureCopies(); }},
     {"-h", 1, setViewHeight},
     {"-w", 1, setViewWidth},
-    {"-b", 0, [](Scan&, Values) { view->cover(); }},
+    {"-b", 0, [](Scan& scan, Values) { scan.refusal = view->cover(); }},
 }};
 
 }  // namespace
@@ -215,6 +216,9 @@ bool applyArguments(int argc, char** argv) {
   }
   if (!scan.runLengthGiven || scan.argumentError) {
     return false;
+  }
+  if (!scan.refusal.empty()) {
+    endWith(scan.refusal);
   }
   // Not before: the options after a method decide as well what it needs.
   const Support support = supportOf(*vpt, vpt->getDrawMethod());

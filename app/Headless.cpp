@@ -32,8 +32,8 @@ class HeadlessView final : public View {
     }
   }
 
-  void cover() override {
-    endWith("without a display there is no window to draw behind; leave -b out, or set DISPLAY.");
+  std::string cover() override {
+    return "without a display there is no window to draw behind; leave -b out, or set DISPLAY.";
   }
 
   void run() override {

@@ -15,8 +15,8 @@ class View {
   /// Gives it a size in pixels, corrected to one that can be made, which a sentence on standard
   /// error tells.
   virtual void requestSize(int width, int height) = 0;
-  /// Covers it with another window. Ends the process where there are no windows.
-  virtual void cover() = 0;
+  /// Covers it with another window; returns why that cannot be, else nothing.
+  virtual std::string cover() = 0;
   /// Draws the test object, frame after frame, until the run ends and the process with it.
   virtual void run() = 0;
 

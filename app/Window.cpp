@@ -135,9 +135,10 @@ class WindowView final : public View {
     glutReshapeWindow(size.width, size.height);
   }
 
-  void cover() override {
+  std::string cover() override {
     obscuringWindow.emplace();
     firstPass = true;
+    return "";
   }
 
   void run() override { glutMainLoop(); }

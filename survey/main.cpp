@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/process/ForeignText.h"
 #include "platform/process/Sentences.h"
 #include "platform/process/StandardStreams.h"
 #include "survey/CommandLine.h"
@@ -22,7 +23,7 @@ using namespace survey;
 constexpr std::string_view kWorkerWord = "worker";
 
 int listDevices() {
-  fmt::print("{}\n", deviceList());
+  fmt::print("{}\n", harmless(deviceList(), LineEnds::kKept));
   return EXIT_SUCCESS;
 }
 

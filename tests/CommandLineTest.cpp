@@ -59,6 +59,9 @@ TEST_F(CommandLine, OptionsReachTheReportAndTheWindow) {
   EXPECT_EQ(report.tolerance, 0.05F);
   EXPECT_EQ(report.samples, 0);
   EXPECT_EQ(report.benchmarkEndTime, report.benchmarkStartTime - 1000000);
+  fakeView.cannotCover = "there is no window";
+  EXPECT_FALSE(parse({"-b", "-r", "5", "-d"}));  // the usage text comes first
+  EXPECT_EXIT(apply("-b -d 1"), testing::ExitedWithCode(1), ": there is no window\n");
   report = {};
   apply("-terse");
   EXPECT_TRUE(report.terse && !report.averageResults);

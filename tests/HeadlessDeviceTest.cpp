@@ -54,7 +54,7 @@ TEST(HeadlessDevice, ATroubleIsToldAndHidesNoOther) {
   fakeDevices[7] = {.extensions = kSoftware, .name = "", .renderer = "zink (Good Card)"};
   std::vector<HeadlessDevice> devices = listDevices();
   ASSERT_EQ(devices.size(), fakeDevices.size());
-  EXPECT_EQ(chooseDevice(devices, "").number, 6U);
+  EXPECT_EQ(chooseDevice(devices, {}).number, 6U);
   EXPECT_EQ(devices[5].name, "unnamed device");  // not tried, as a card was there
   std::for_each(devices.begin(), devices.end(), tryDevice);
   const std::regex expected(
@@ -107,9 +107,10 @@ struct Choice {
     tried.clear();
     std::string chosen;
     const std::string trouble = troubleOf([&] {
-      chosen = std::to_string(chooseDevice(devices, wanted, [this](HeadlessDevice& device) {
-                                tried += std::to_string(device.number);
-                              }).number);
+      chosen = std::to_string(
+          chooseDevice(devices, {wanted, "--device"}, [this](HeadlessDevice& device) {
+            tried += std::to_string(device.number);
+          }).number);
     });
     return trouble.empty() ? chosen : trouble.substr(0, trouble.find(';'));
   }
@@ -143,16 +144,14 @@ TEST(DeviceChoice, TakesTheOneWantedOrNone) {
   EXPECT_EQ(choice.wanting("7600"), "3");
   EXPECT_EQ(choice.wanting("renderD128"), "1");
   for (const std::string nothing : {"4", "-1", "0x1", "Radeon 6800", "1 "}) {
-    EXPECT_EQ(choice.wanting(nothing),
-              "SORVANTA_DEVICE=" + nothing + " matches no graphics device");
+    EXPECT_EQ(choice.wanting(nothing), "--device=" + nothing + " matches no graphics device");
     EXPECT_EQ(choice.tried, "0123");  // or the list would lack names
   }
-  EXPECT_EQ(choice.wanting("radeon"),
-            "SORVANTA_DEVICE=radeon matches more than one graphics device");
+  EXPECT_EQ(choice.wanting("radeon"), "--device=radeon matches more than one graphics device");
   choice.devices[3].trouble = "broken.";
   for (const char* broken : {"3", "7600"}) {
     EXPECT_EQ(choice.wanting(broken),
-              "the graphics device that SORVANTA_DEVICE chooses cannot be used:\n"
+              "the graphics device that --device chooses cannot be used:\n"
               "  3: AMD Radeon RX 7600, /dev/dri/renderD130: broken.");
   }
 }
@@ -201,7 +200,16 @@ TEST(IsolatedCall, GivesTheAnswerOrEndsTheWait) {
                   },
                   suspect, std::chrono::milliseconds(50));
             }),
-            "it does not answer; leave it.");
+            "it does not answer within 0.05 s; leave it, or give it more with SORVANTA_PATIENCE "
+            "where it is slow.");
+  const std::pair<const char*, int> patiences[] = {
+      {"90", 90000}, {"0.5", 500}, {"0", 15000}, {"", 15000}, {"nan", 15000}, {"1e99", 1000000000}};
+  for (const auto& [value, milliseconds] : patiences) {
+    setenv("SORVANTA_PATIENCE", value, 1);
+    EXPECT_EQ(usualPatience().count(), milliseconds) << value;
+  }
+  unsetenv("SORVANTA_PATIENCE");
+  EXPECT_EQ(usualPatience().count(), 15000);
 }
 
 TEST(RenderNodes, AreFoundAndForbiddenOnesNameTheGroup) {

@@ -29,7 +29,7 @@ const std::array<TableLibrary, 2> kTableLibraries = {{
 class MesaTable {
  public:
   MesaTable() {
-    for (const std::string& path : pathsOfLoadedLibraries()) {
+    for (const auto& [path, build] : loadedLibraries()) {
       const std::string_view file = std::string_view(path).substr(path.rfind('/') + 1);
       for (const TableLibrary& library : kTableLibraries) {
         if (table_ == nullptr && file.starts_with(library.file)) {

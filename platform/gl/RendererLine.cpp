@@ -1,10 +1,12 @@
 #include "platform/gl/RendererLine.h"
 
+#include "platform/process/ForeignText.h"
+
 std::string glText(GLenum name) {
   const auto* const text = reinterpret_cast<const char*>(glGetString(name));
   return text != nullptr ? text : "";
 }
 
 std::string rendererLine() {
-  return glText(GL_RENDERER) + ", " + glText(GL_VERSION);
+  return harmless(glText(GL_RENDERER) + ", " + glText(GL_VERSION));
 }

@@ -22,33 +22,33 @@ std::optional<std::size_t> numberIn(std::string_view text, std::size_t count) {
   return whole && number < count ? std::optional(number) : std::nullopt;
 }
 
-HeadlessDevice& findByName(std::span<HeadlessDevice> devices, std::string_view part,
+HeadlessDevice& findByName(std::span<HeadlessDevice> devices, const WantedDevice& wanted,
                            const TryOne& tryOne) {
   std::vector<HeadlessDevice*> found;
   for (HeadlessDevice& device : devices) {
     tryOne(device);
-    if (mentions(device.name, part) || mentions(device.renderNode, part)) {
+    if (mentions(device.name, wanted.device) || mentions(device.renderNode, wanted.device)) {
       found.push_back(&device);
     }
   }
   if (found.size() != 1) {
     throw HeadlessTrouble(
-        kVariable + ("=" + std::string(part)) +
+        std::string(wanted.by) + '=' + std::string(wanted.device) +
         (found.empty() ? " matches no graphics device" : " matches more than one graphics device") +
         "; give a number or a part of a name from this list:\n" + describeDevices(devices));
   }
   return *found.front();
 }
 
-const HeadlessDevice& chooseWanted(std::span<HeadlessDevice> devices, std::string_view wanted,
+const HeadlessDevice& chooseWanted(std::span<HeadlessDevice> devices, const WantedDevice& wanted,
                                    const TryOne& tryOne) {
-  const std::optional<std::size_t> number = numberIn(wanted, devices.size());
+  const std::optional<std::size_t> number = numberIn(wanted.device, devices.size());
   HeadlessDevice& device = number ? devices[*number] : findByName(devices, wanted, tryOne);
   if (number) {
     tryOne(device);
   }
   if (!device.trouble.empty()) {
-    throw HeadlessTrouble("the graphics device that " + std::string(kVariable) +
+    throw HeadlessTrouble("the graphics device that " + std::string(wanted.by) +
                           " chooses cannot be used:\n" + describeDevices({&device, 1}));
   }
   return device;
@@ -92,14 +92,15 @@ std::string describeDevices(std::span<const HeadlessDevice> devices) {
   return lines;
 }
 
-HeadlessDevice chooseDevice(std::span<HeadlessDevice> devices, std::string_view wanted,
+HeadlessDevice chooseDevice(std::span<HeadlessDevice> devices, const WantedDevice& wanted,
                             const TryOne& tryOne) {
   if (devices.empty()) {
     throw HeadlessTrouble(
         "EGL lists no graphics device, not even a software renderer; install the card's own driver "
         "or, for Mesa's, the packages libegl-mesa0 and libgl1-mesa-dri.");
   }
-  return wanted.empty() ? chooseBest(devices, tryOne) : chooseWanted(devices, wanted, tryOne);
+  return wanted.device.empty() ? chooseBest(devices, tryOne)
+                               : chooseWanted(devices, wanted, tryOne);
 }
 
 std::string cardLeftOut(std::span<const HeadlessDevice> devices,
@@ -127,7 +128,7 @@ std::string cardLeftOut(std::span<const HeadlessDevice> devices,
                 "libgl1-mesa-dri.");
 }
 
-std::string_view wantedDevice() {
+WantedDevice wantedDevice() {
   const char* const value = std::getenv(kVariable);
-  return value != nullptr ? value : "";
+  return {value != nullptr ? value : "", kVariable};
 }

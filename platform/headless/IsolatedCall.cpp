@@ -4,10 +4,12 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <optional>
+#include <sstream>
 #include <string_view>
 
 #include <fcntl.h>
@@ -29,6 +31,8 @@ using Clock = std::chrono::steady_clock;
 /// The first byte of what a child sends.
 constexpr char kAnswer = 'a';
 constexpr char kTrouble = 't';
+
+const char* const kPatience = "SORVANTA_PATIENCE";
 
 /// The child's part. Nothing of the parent's may happen in it: no output, no handlers at exit, no
 /// core file, no life after the parent's.
@@ -103,7 +107,23 @@ std::string lastLineSaid(int file) {
   return std::string(text.substr(text.rfind('\n') + 1));
 }
 
+/// 15, or 0.05
+std::string secondsIn(std::chrono::milliseconds time) {
+  std::ostringstream text;
+  text << static_cast<double>(time.count()) / 1000;
+  return text.str();
+}
+
 }  // namespace
+
+std::chrono::milliseconds usualPatience() {
+  constexpr double kUsual = 15;
+  constexpr double kMost = 1e6;
+  const char* const value = std::getenv(kPatience);
+  const double wanted = value != nullptr ? std::strtod(value, nullptr) : kUsual;
+  return std::chrono::milliseconds(
+      static_cast<std::int64_t>(1000 * (wanted > 0 ? std::min(wanted, kMost) : kUsual)));
+}
 
 std::string callIsolated(const std::function<std::string()>& work, const Suspect& suspect,
                          std::chrono::milliseconds patience) {
@@ -131,10 +151,11 @@ std::string callIsolated(const std::function<std::string()>& work, const Suspect
   if (status == EXIT_SUCCESS && message->starts_with(kAnswer)) {
     return message->substr(1);
   }
-  const std::string ending = message ? howItEnded(status) : "does not answer";
-  std::string sentence = status == EXIT_SUCCESS && message->starts_with(kTrouble)
-                             ? message->substr(1)
-                             : suspect.who + ' ' + ending + "; " + suspect.cure + '.';
+  std::string sentence =
+      status == EXIT_SUCCESS && message->starts_with(kTrouble) ? message->substr(1)
+      : message ? suspect.who + ' ' + howItEnded(status) + "; " + suspect.cure + '.'
+                : suspect.who + " does not answer within " + secondsIn(patience) + " s; " +
+                      suspect.cure + ", or give it more with " + kPatience + " where it is slow.";
   if (const std::string line = lastLineSaid(said.get()); !line.empty()) {
     sentence += " It said: " + line;
   }

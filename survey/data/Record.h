@@ -95,6 +95,15 @@ struct CellState {
   bool isBad() const { return !faults.empty() || (answer && !answer->hasFigure()); }
 };
 
+/// A file of code.
+struct Library {
+  std::string path;
+  /// The linker's build-id, else size and time of change with a blank between; empty: not known.
+  std::string build;
+
+  bool operator==(const Library&) const = default;
+};
+
 /// What a worker's context is.
 struct Driver {
   unsigned int number = 0;  ///< of the device, in the list of them
@@ -103,9 +112,8 @@ struct Driver {
   std::string renderer;
   std::string version;
   bool software = false;
-  std::vector<std::string> libraries;  ///< the driver's files that were loaded
-
-  bool operator==(const Driver&) const = default;
+  std::vector<Library> libraries;        ///< loaded: the driver's, and all that it builds on
+  std::vector<std::string> environment;  ///< NAME=value: what drivers heed, wherever it came from
 };
 
 struct Cache {

@@ -33,8 +33,9 @@ NLOHMANN_JSON_SERIALIZE_ENUM(Ending, {{Ending::kTimeUp, "time up"},
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Cell, method, primitive, detail, with)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(CellAnswer, runsAs, sentence, sent, verticesPerCall,
                                    callsPerModel, primitivesPerModel, inCoreProfile)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Library, path, build)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Driver, number, device, vendor, renderer, version, software,
-                                   libraries)
+                                   libraries, environment)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Machine, host, kernel, processor, processors, virtualMachine,
                                    powerSource, caches)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(MachineState, when, load, governor, clock, steal)

@@ -16,6 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/process/ForeignText.h"
 #include "platform/process/WaitStatus.h"
 
 namespace survey {
@@ -66,6 +67,7 @@ struct Child {
   const sigset_t* mask;
   char* const* arguments;
   char* const* environment;
+  const char* failure;  ///< what to say where it cannot be executed, before the reason
 
   [[noreturn]] void run() const {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -88,29 +90,20 @@ struct Child {
     fcntl(socket, F_SETFD, 0);
     execve(path, arguments, environment);
     const char* const reason = std::strerror(errno);
-    [[maybe_unused]] const ssize_t told = write(STDERR_FILENO, reason, std::strlen(reason));
+    for (const char* const words : {failure, reason, ")"}) {
+      [[maybe_unused]] const ssize_t told = write(STDERR_FILENO, words, std::strlen(words));
+    }
     constexpr int kCannotExecute = 127;
     _exit(kCannotExecute);
   }
 };
 
-std::string withoutControls(std::string words) {
-  std::replace_if(
-      words.begin(), words.end(),
-      [](char character) {
-        return static_cast<unsigned char>(character) < ' ' && character != '\n';
-      },
-      ' ');
-  return words;
-}
-
 /// What the dynamic linker complains of in that line; empty if nothing. A path in it may be long.
 std::string complaintIn(const std::string& line) {
   constexpr std::string_view kMark = "ERROR: ld.so: ";
   const std::size_t begin = line.find(kMark);
-  return begin == std::string::npos
-             ? ""
-             : withoutFullStop(withoutControls(line.substr(begin + kMark.size())));
+  return begin == std::string::npos ? ""
+                                    : withoutFullStop(harmless(line.substr(begin + kMark.size())));
 }
 
 /// The status of waitpid; none of one that does not end for a while.
@@ -142,9 +135,20 @@ ChildProcess::ChildProcess(const Launch& launch, const Descriptor& socket, const
   std::vector<std::string> variables = environmentWith(launch.environment);
   const std::vector<char*> argumentPointers = pointersTo(arguments);
   const std::vector<char*> variablePointers = pointersTo(variables);
-  const Child child{
-      getpid(), launch.command.front().c_str(), socket.get(),           itsErrors.get(),
-      &mask,    argumentPointers.data(),        variablePointers.data()};
+  // Under the program's name, as a sentence of the child's own.
+  std::string failure = std::string(program_invocation_short_name) + ": " + launch.command.front();
+  failure += launch.command.front().starts_with("/proc/")
+                 ? " cannot be executed, through which the program starts itself: /proc has to be "
+                   "mounted and readable ("
+                 : " cannot be executed (";
+  const Child child{getpid(),
+                    launch.command.front().c_str(),
+                    socket.get(),
+                    itsErrors.get(),
+                    &mask,
+                    argumentPointers.data(),
+                    variablePointers.data(),
+                    failure.c_str()};
   id_ = fork();
   if (id_ == 0) {
     child.run();
@@ -176,7 +180,7 @@ void ChildProcess::keepComplaints(std::string_view words) {
 }
 
 std::string ChildProcess::lastSentence() const {
-  const std::string words = withoutControls(lastWords_);
+  const std::string words = harmless(lastWords_, LineEnds::kKept);
   const std::size_t end = words.find_last_not_of(" \n");
   if (end == std::string::npos) {
     return "";

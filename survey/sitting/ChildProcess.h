@@ -23,7 +23,7 @@ class ChildProcess {
   };
 
   /// Passes `socket` on; `mask` is what signals are blocked in it. Throws std::system_error. A
-  /// command that cannot be executed ends the child, with the reason as its words.
+  /// command that cannot be executed ends the child, with the reason as its last sentence.
   ChildProcess(const Launch& launch, const Descriptor& socket, const sigset_t& mask);
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;

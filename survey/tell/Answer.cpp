@@ -56,7 +56,7 @@ std::string answerOf(const SideView& side, const Group& group) {
 
 }  // namespace
 
-std::string answerOf(const SideView& side, const Figures& figures) {
+std::vector<std::string> answerOf(const SideView& side, const Figures& figures) {
   std::vector<std::string> sentences;
   std::vector<const Group*> open;
   for (const Group& group : figures.groups) {
@@ -77,7 +77,7 @@ std::string answerOf(const SideView& side, const Figures& figures) {
     sentences.push_back(fmt::format("Fastest for {}, {}: {}.", first.primitive,
                                     attributesInWords(first.sent), fmt::join(parts, ", ")));
   }
-  return sentences.empty() ? "There is no figure." : fmt::format("{}", fmt::join(sentences, "\n"));
+  return sentences.empty() ? std::vector<std::string>{"There is no figure."} : sentences;
 }
 
 std::string sourceOf(const SideView& side) {

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/process/ForeignText.h"
 #include "survey/tell/Files.h"
 #include "survey/tell/Numbers.h"
 #include "survey/tell/Sentences.h"
@@ -17,6 +18,15 @@ std::string quoted(std::string_view text) {
     field.append(character == '"' ? 2 : 1, character);
   }
   return field + '"';
+}
+
+/// What others wrote: a spreadsheet would take it for a formula where it begins as one.
+std::string quotedForeign(std::string_view text) {
+  constexpr std::string_view kFormulasBegin = "=+-@";
+  const std::string field = harmless(text);
+  const bool isFormula =
+      !field.empty() && kFormulasBegin.find(field.front()) != std::string_view::npos;
+  return quoted((isFormula ? "'" : "") + field);
 }
 
 std::string number(double value) {
@@ -65,8 +75,9 @@ std::string csvOf(const SideView& side, const Figures& figures) {
   const auto addRow = [&](const Group& group, std::size_t cell, const CellFigure* figure) {
     const auto values = figure != nullptr ? measured(*side.state(cell).answer, *figure)
                                           : std::vector<std::string>(kMeasuredFields);
-    text += fmt::format("{},{},{}\n", fmt::join(planned(side.cell(cell), group), ","),
-                        fmt::join(values, ","), quoted(remarkOn(side, cell, figure != nullptr)));
+    text +=
+        fmt::format("{},{},{}\n", fmt::join(planned(side.cell(cell), group), ","),
+                    fmt::join(values, ","), quotedForeign(remarkOn(side, cell, figure != nullptr)));
   };
   for (const Group& group : figures.groups) {
     for (const CellFigure& figure : group.ranking) {

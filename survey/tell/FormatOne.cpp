@@ -23,6 +23,11 @@ Record recordOf(Json json, const std::string& name) {
     visit["workers"] = Json::array({visit.at("worker")});
     visit["yardstick"] = Json::array();
   }
+  Json& driver = json.at("driver");
+  for (Json& library : driver.at("libraries")) {
+    library = {{"path", library}, {"build", ""}};
+  }
+  driver["environment"] = Json::array();
   json["cells"] = cells;
   json["profiles"] = Json::array();
   json["sides"] = Json::array({{{"name", name},

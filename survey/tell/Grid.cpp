@@ -62,7 +62,7 @@ std::string_view styleOf(const Section& section, std::size_t row) {
 std::string markdownLine(const Row& row, const std::vector<std::size_t>& columns) {
   std::string line;
   for (const std::size_t column : columns) {
-    line += "| " + row[column] + ' ';
+    line += "| " + inMarkdown(row[column]) + ' ';
   }
   return line + "|\n";
 }
@@ -118,7 +118,7 @@ std::string asMarkdown(const Grid& grid) {
                  [](bool right) { return right ? "---:" : "---"; });
   std::string text;
   for (const Section& section : grid.sections) {
-    text += fmt::format("\n**{}**\n\n{}{}", section.title,
+    text += fmt::format("\n**{}**\n\n{}{}", inMarkdown(section.title),
                         markdownLine(section.rows.front(), columns), markdownLine(rule, columns));
     for (std::size_t i = 1; i < section.rows.size(); ++i) {
       text += markdownLine(section.rows[i], columns);
@@ -126,9 +126,25 @@ std::string asMarkdown(const Grid& grid) {
   }
   text += grid.notes.all().empty() ? "" : "\n";
   for (std::size_t i = 0; i < grid.notes.all().size(); ++i) {
-    text += fmt::format("- [{}] {}\n", i + 1, grid.notes.all()[i]);
+    text += fmt::format("- [{}] {}\n", i + 1, inMarkdown(grid.notes.all()[i]));
   }
   return text;
+}
+
+std::string inMarkdown(std::string_view text) {
+  std::string markdown;
+  for (const char character : text) {
+    if (character == '|') {
+      markdown += "&#124;";  // a backslash would itself be escaped by one before it
+    } else if (character == '<') {
+      markdown += "&lt;";
+    } else {
+      // A link or an image would begin: ![x](address).
+      markdown += character == '(' && markdown.ends_with(']') ? "\\" : "";
+      markdown += character;
+    }
+  }
+  return markdown;
 }
 
 }  // namespace survey

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace survey {
@@ -29,6 +30,7 @@ class Notes {
   /// "[2]"; empty for an empty remark.
   std::string numberOf(const std::string& remark);
   const std::vector<std::string>& all() const { return remarks_; }
+  std::vector<std::string>& all() { return remarks_; }
 
  private:
   std::vector<std::string> remarks_;
@@ -44,6 +46,9 @@ struct Grid {
 
 std::string asText(const Grid& grid, bool colours);
 std::string asMarkdown(const Grid& grid);
+
+/// A text without line ends, of which nothing is markup or ends a table's field.
+std::string inMarkdown(std::string_view text);
 
 /// The columns that hold more than their headings.
 std::vector<std::size_t> usedColumns(const Grid& grid);

@@ -3,7 +3,8 @@
 #include <algorithm>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
+
+#include "platform/process/ForeignText.h"
 
 namespace survey {
 namespace {
@@ -33,13 +34,8 @@ std::string_view classOf(Tint tint) {
 }  // namespace
 
 std::string escaped(std::string_view text) {
-  // Through JSON, which replaces what is no UTF-8.
-  const std::string sound =
-      nlohmann::json::parse(nlohmann::json(std::string(text))
-                                .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace))
-          .get<std::string>();
   std::string html;
-  for (const char character : sound) {
+  for (const char character : harmless(text, LineEnds::kKept)) {
     switch (character) {
       case '&':
         html += "&amp;";
@@ -54,8 +50,7 @@ std::string escaped(std::string_view text) {
         html += "&quot;";
         break;
       default:
-        // What controls terminals has no place in a page.
-        html += static_cast<unsigned char>(character) < ' ' && character != '\n' ? ' ' : character;
+        html += character;
     }
   }
   return html;

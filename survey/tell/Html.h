@@ -8,7 +8,7 @@
 
 namespace survey {
 
-/// For content and for attributes in double quotes; a text that is not UTF-8 loses its odd bytes.
+/// For content and for attributes in double quotes.
 std::string escaped(std::string_view text);
 
 /// A table element for each section, under a heading, and the notes as a list.

@@ -53,6 +53,16 @@ std::string cellsInWords(std::size_t count) {
   return count == 1 ? "1 cell" : fmt::format("{} cells", count);
 }
 
+std::string fileInWords(const Library& library) {
+  constexpr std::size_t kDigitsOfBuildId = 8;
+  const bool isBuildId = library.build.find(' ') == std::string::npos;
+  return library.build.empty()
+             ? library.path
+             : fmt::format(
+                   "{} ({})", library.path,
+                   library.build.substr(0, isBuildId ? kDigitsOfBuildId : std::string::npos));
+}
+
 std::string listInWords(const std::vector<std::string>& names) {
   if (names.size() == 1) {
     return names.front();

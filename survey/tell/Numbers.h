@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "survey/data/Cells.h"
+#include "survey/data/Record.h"
 #include "survey/statistics/Estimate.h"
 
 namespace survey {
@@ -32,6 +32,9 @@ std::string groupInWords(unsigned int detail, const std::string& primitive,
 
 /// "1 cell", "3 cells".
 std::string cellsInWords(std::size_t count);
+
+/// "libGL.so (1a2b3c4d)": a path with as much of its build as tells it from others.
+std::string fileInWords(const Library& library);
 
 /// "a", "a and b", "a, b and c"; there must be one.
 std::string listInWords(const std::vector<std::string>& names);

@@ -44,9 +44,9 @@ td.text {{ white-space: normal; overflow-wrap: anywhere; min-width: 12rem; }}
 <body>
 )";
 
-std::string paragraph(const std::string& text, const std::string& style = "") {
-  return fmt::format("<p{}>{}</p>\n", style.empty() ? "" : " class=\"" + style + "\"",
-                     escaped(text));
+std::string answer(const Summary& summary) {
+  return fmt::format("<p class=\"answer\">{}</p>\n",
+                     escaped(fmt::format("{}", fmt::join(summary.answer, "\n"))));
 }
 
 std::string list(const std::vector<std::string>& sentences) {
@@ -80,7 +80,15 @@ std::string factsOf(const std::vector<std::pair<std::string, SideView>>& columns
       {"OpenGL", [](const SideView& s) { return s.side().driver.version; }},
       {"device", [](const SideView& s) { return s.side().driver.device; }},
       {"environment",
-       [](const SideView& s) { return fmt::format("{}", fmt::join(s.side().environment, " ")); }},
+       [](const SideView& s) {
+         std::vector<std::string> all = s.side().environment;
+         for (const std::string& variable : s.side().driver.environment) {
+           if (std::find(all.begin(), all.end(), variable) == all.end()) {
+             all.push_back(variable);
+           }
+         }
+         return fmt::format("{}", fmt::join(all, " "));
+       }},
       {"host", [](const SideView& s) { return s.record->machine.host; }},
       {"processor",
        [](const SideView& s) {
@@ -113,7 +121,10 @@ std::string factsOf(const std::vector<std::pair<std::string, SideView>>& columns
   }
   html += "<tr><th>driver files</th>";
   for (const auto& [name, side] : columns) {
-    const std::vector<std::string>& files = side.side().driver.libraries;
+    std::vector<std::string> files;
+    for (const Library& library : side.side().driver.libraries) {
+      files.push_back(fileInWords(library));
+    }
     html += fmt::format(
         "<td class=\"text\"><details><summary>{} that were loaded</summary>{}</details></td>",
         files.size(), escaped(fmt::format("{}", fmt::join(files, " "))));
@@ -249,7 +260,7 @@ std::string rankingsOf(const std::vector<Ranked>& sides, int level) {
     const Summary summary = summaryOf(ranked.side, ranked.figures);
     columns.emplace_back(ranked.name, ranked.side);
     html += several ? heading(1, ranked.name) : "";
-    html += paragraph(summary.answer, "answer");
+    html += answer(summary);
     lines += lineCharts(ranked, several ? ranked.name : "");
     figures += heading(0, several ? ranked.name : "Figures") + tableAndCaveats(summary);
   }
@@ -290,7 +301,7 @@ std::string comparisonOf(const NamedResult& named) {
   const std::vector<Changes> changes = changesOf(sides, threshold);
   const Summary summary = summaryOf(sides, changes, threshold);
   std::string html = fmt::format("<h2>{}</h2>\n", escaped(named.name));
-  html += paragraph(summary.answer, "answer");
+  html += answer(summary);
   html += list(summary.sources);
   for (const Changes& ofSide : changes) {
     html += fmt::format("<h3>Ratios of {} to {}</h3>\n<div class=\"charts\">\n{}</div>\n",

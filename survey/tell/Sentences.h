@@ -14,7 +14,7 @@ namespace survey {
 
 /// Which method, for how much per call, with which attributes: a sentence for each primitive and
 /// set of attributes.
-std::string answerOf(const SideView& side, const Figures& figures);
+std::vector<std::string> answerOf(const SideView& side, const Figures& figures);
 
 /// What it was measured on: device, driver and machine.
 std::string sourceOf(const SideView& side);
@@ -27,7 +27,7 @@ std::string_view inWords(Verdict verdict);
 std::string changeInWords(const Interval& ratio);
 
 /// "new is 7.1 % ± 0.8 % slower; worst: drawArrays, detail 64, 12 %."; a line a side.
-std::string verdictOf(const std::vector<Changes>& changes, double threshold);
+std::vector<std::string> verdictOf(const std::vector<Changes>& changes, double threshold);
 
 /// "drawArrays, detail 64: -4.31 % ± 0.81 % (n = 22)": a line for each cell that changed, or for
 /// all of them together where none did.

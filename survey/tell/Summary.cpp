@@ -1,9 +1,11 @@
 #include "survey/tell/Summary.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <fmt/format.h>
 
+#include "platform/process/ForeignText.h"
 #include "survey/tell/Sentences.h"
 
 namespace survey {
@@ -17,23 +19,46 @@ std::vector<Grid> tablesOf(Grid first, Grid second) {
   return tables;
 }
 
+void makeHarmless(std::vector<std::string>& texts) {
+  for (std::string& text : texts) {
+    text = ::harmless(text);
+  }
+}
+
+/// Whoever shows it need not think of what drivers, files and environments may hold.
+Summary harmless(Summary summary) {
+  makeHarmless(summary.answer);
+  makeHarmless(summary.sources);
+  makeHarmless(summary.caveats);
+  for (Grid& table : summary.tables) {
+    makeHarmless(table.notes.all());
+    for (Section& section : table.sections) {
+      section.title = ::harmless(section.title);
+      std::for_each(section.rows.begin(), section.rows.end(), makeHarmless);
+    }
+  }
+  return summary;
+}
+
 }  // namespace
 
 Summary summaryOf(const SideView& side, const Figures& figures) {
-  return {answerOf(side, figures),
-          {sourceOf(side)},
-          tablesOf(gridOf(side, figures), costsOf(side, figures)),
-          caveatsOf(side, figures)};
+  return harmless({answerOf(side, figures),
+                   {sourceOf(side)},
+                   tablesOf(gridOf(side, figures), costsOf(side, figures)),
+                   caveatsOf(side, figures)});
 }
 
 Summary summaryOf(const std::vector<SideView>& sides, const std::vector<Changes>& changes,
                   double threshold) {
-  return {verdictOf(changes, threshold), sourcesOf(sides),
-          tablesOf(gridOf(changes), explanationOf(changes)), caveatsOf(sides, changes, threshold)};
+  return harmless({verdictOf(changes, threshold), sourcesOf(sides),
+                   tablesOf(gridOf(changes), explanationOf(changes)),
+                   caveatsOf(sides, changes, threshold)});
 }
 
 std::string asText(const Summary& summary, bool colours) {
-  std::string text = fmt::format("{}\n{}\n", summary.answer, fmt::join(summary.sources, "\n"));
+  std::string text =
+      fmt::format("{}\n{}\n", fmt::join(summary.answer, "\n"), fmt::join(summary.sources, "\n"));
   for (const Grid& table : summary.tables) {
     text += '\n' + asText(table, colours);
   }
@@ -41,9 +66,14 @@ std::string asText(const Summary& summary, bool colours) {
 }
 
 std::string asMarkdown(const Summary& summary) {
-  const bool several = summary.sources.size() > 1;
-  std::string text = fmt::format("{}\n\n{}{}\n", summary.answer, several ? "- " : "",
-                                 fmt::join(summary.sources, "\n- "));
+  std::string text;
+  for (const std::string& sentence : summary.answer) {
+    text += inMarkdown(sentence) + '\n';
+  }
+  text += '\n';
+  for (const std::string& source : summary.sources) {
+    text += (summary.sources.size() > 1 ? "- " : "") + inMarkdown(source) + '\n';
+  }
   for (const Grid& table : summary.tables) {
     text += asMarkdown(table);
   }

@@ -12,7 +12,7 @@
 namespace survey {
 
 struct Summary {
-  std::string answer;
+  std::vector<std::string> answer;  ///< sentences, and all without line ends and controls
   std::vector<std::string> sources;
   /// The main one first; then those that have anything to say: what attributes cost, or why sides
   /// changed.

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <iterator>
 #include <map>
+#include <tuple>
 
 #include <fmt/format.h>
 
@@ -123,33 +124,77 @@ std::string verdictOf(const Changes& changes, double threshold) {
   return fmt::format("{}.", fmt::join(parts, "; "));
 }
 
-std::string sourceInWords(const SideView& view) {
+/// Files of format 1 tell no builds, and name the driver's files alone.
+bool knowsBuilds(const SideView& view) {
+  const std::vector<Library>& libraries = view.side().driver.libraries;
+  return std::none_of(libraries.begin(), libraries.end(),
+                      [](const Library& library) { return library.build.empty(); });
+}
+
+/// Those of a list of this side's driver that not all of the others have, as far as is known.
+template <typename Item>
+std::vector<Item> ownOf(const SideView& view, const std::vector<SideView>& sides,
+                        std::vector<Item> Driver::*list) {
+  std::vector<Item> own;
+  const std::vector<Item>& all = view.side().driver.*list;
+  std::copy_if(all.begin(), all.end(), std::back_inserter(own), [&](const Item& item) {
+    return std::any_of(sides.begin(), sides.end(), [&](const SideView& other) {
+      const std::vector<Item>& others = other.side().driver.*list;
+      return other.side().started() && knowsBuilds(other) == knowsBuilds(view) &&
+             std::find(others.begin(), others.end(), item) == others.end();
+    });
+  });
+  return own;
+}
+
+/// What the side was given, and of what was there what others had not.
+std::string environmentInWords(const SideView& view, const std::vector<SideView>& sides) {
+  std::vector<std::string> variables = view.side().environment;
+  for (const std::string& variable : ownOf(view, sides, &Driver::environment)) {
+    if (std::find(variables.begin(), variables.end(), variable) == variables.end()) {
+      variables.push_back(variable);
+    }
+  }
+  return variables.empty() ? "" : fmt::format(" (with {})", fmt::join(variables, " "));
+}
+
+/// A build is told where somebody else has another one of the same file.
+std::string ownFilesInWords(const SideView& view, const std::vector<SideView>& sides) {
+  std::vector<std::string> own;
+  for (const Library& library : ownOf(view, sides, &Driver::libraries)) {
+    const bool isRebuilt = std::any_of(sides.begin(), sides.end(), [&](const SideView& other) {
+      const std::vector<Library>& others = other.side().driver.libraries;
+      return std::any_of(others.begin(), others.end(), [&](const Library& one) {
+        return one.path == library.path && one.build != library.build;
+      });
+    });
+    own.push_back(isRebuilt ? fileInWords(library) : library.path);
+  }
+  constexpr std::size_t kMostFiles = 8;  // sides of two machines share hardly any
+  if (own.size() > kMostFiles) {
+    const std::size_t others = own.size() - kMostFiles;
+    own.resize(kMostFiles);
+    own.push_back(fmt::format("and {} more", others));
+  }
+  return own.empty() ? "" : fmt::format("; its own files: {}", fmt::join(own, " "));
+}
+
+std::string sourceInWords(const SideView& view, const std::vector<SideView>& sides) {
   const Side& side = view.side();
   const Driver& driver = side.driver;
-  return fmt::format(
-      "{}: {}{}", side.name,
-      side.started()             ? fmt::format("{}, {}", driver.renderer, driver.version)
-      : side.whyNoWorker.empty() ? "no worker was started"
-                                 : "no worker could be started: " + side.whyNoWorker,
-      side.environment.empty() ? "" : fmt::format(" (with {})", fmt::join(side.environment, " ")));
+  return fmt::format("{}: {}{}{}.", side.name,
+                     side.started() ? fmt::format("{}, {}", driver.renderer, driver.version)
+                     : side.whyNoWorker.empty() ? "no worker was started"
+                                                : "no worker could be started: " + side.whyNoWorker,
+                     environmentInWords(view, sides), ownFilesInWords(view, sides));
 }
 
-bool hasLoaded(const SideView& view, const std::string& path) {
-  const std::vector<std::string>& libraries = view.side().driver.libraries;
-  return std::find(libraries.begin(), libraries.end(), path) != libraries.end();
-}
-
-/// The driver's files that this side loaded and not all of the others.
-std::string ownFilesOf(const SideView& view, const std::vector<SideView>& sides) {
-  std::vector<std::string> own;
-  const std::vector<std::string>& libraries = view.side().driver.libraries;
-  std::copy_if(libraries.begin(), libraries.end(), std::back_inserter(own),
-               [&](const std::string& path) {
-                 return std::any_of(sides.begin(), sides.end(), [&](const SideView& other) {
-                   return other.side().started() && !hasLoaded(other, path);
-                 });
-               });
-  return own.empty() ? "" : fmt::format("; its own files: {}", fmt::join(own, " "));
+bool areSurelyTheSame(const SideView& one, const SideView& other) {
+  const auto identity = [](const Driver& d) {
+    return std::tie(d.number, d.device, d.vendor, d.renderer, d.version, d.software, d.libraries);
+  };
+  return one.side().started() && knowsBuilds(one) &&
+         identity(one.side().driver) == identity(other.side().driver);
 }
 
 }  // namespace
@@ -174,7 +219,7 @@ std::string changeInWords(const Interval& ratio) {
                      reach < kPercent ? fmt::format("{:.1f} %", reach) : "?", direction(ratio));
 }
 
-std::string verdictOf(const std::vector<Changes>& changes, double threshold) {
+std::vector<std::string> verdictOf(const std::vector<Changes>& changes, double threshold) {
   std::vector<std::string> lines;
   for (const Changes& ofSide : changes) {
     const std::string& name = ofSide.newer.name();
@@ -182,7 +227,7 @@ std::string verdictOf(const std::vector<Changes>& changes, double threshold) {
     const bool saysWhose = changes.size() == 1 || sentence.starts_with(name + ' ');
     lines.push_back(saysWhose ? sentence : fmt::format("{}: {}", name, sentence));
   }
-  return fmt::format("{}", fmt::join(lines, "\n"));
+  return lines;
 }
 
 std::string linesOf(const std::vector<Changes>& changes) {
@@ -219,18 +264,19 @@ std::vector<std::string> sourcesOf(const std::vector<SideView>& sides) {
     }
   };
   for (const SideView& side : sides) {
-    add(sourceInWords(side) + ownFilesOf(side, sides) + '.');
+    add(sourceInWords(side, sides));
   }
   const SideView& base = sides.front();
   for (const SideView& side : sides) {
-    if (side.name() != base.name() && side.side().started() &&
-        side.side().driver == base.side().driver) {
+    if (side.name() != base.name() && areSurelyTheSame(base, side)) {
       add(fmt::format(
           "THE TWO SIDES ARE THE SAME DRIVER: {} and {} have the same GL strings, the same "
           "device, and loaded the same files{}.",
           base.name(), side.name(),
-          base.side().environment == side.side().environment ? ""
-                                                             : ", in environments that differ"));
+          base.side().environment == side.side().environment &&
+                  base.side().driver.environment == side.side().driver.environment
+              ? ""
+              : ", in environments that differ"));
     }
   }
   return sentences;

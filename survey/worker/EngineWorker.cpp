@@ -1,6 +1,7 @@
 /// The engine as a worker's subject: one test object on one context without a window.
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <new>
@@ -13,6 +14,7 @@
 #include <fmt/format.h>
 #include <sched.h>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 #include "engine/AttributeSetters.h"
 #include "engine/SorvantaTest.h"
@@ -60,17 +62,43 @@ unsigned int numberOf(const std::string& device) {
     return static_cast<unsigned int>(std::strtoul(device.c_str(), nullptr, 10));
   }
   std::vector<HeadlessDevice> devices = listDevices();
-  return chooseDevice(devices, device.empty() ? wantedDevice() : device).number;
+  const WantedDevice wanted = device.empty() ? wantedDevice() : WantedDevice{device, "--device"};
+  return chooseDevice(devices, wanted).number;
 }
 
-/// The driver's own: what was not there before the context.
-std::vector<std::string> librariesBeside(const std::vector<std::string>& before) {
-  std::vector<std::string> added = pathsOfLoadedLibraries();
-  std::erase_if(added, [&](const std::string& path) {
-    return std::find(before.begin(), before.end(), path) != before.end();
-  });
-  std::sort(added.begin(), added.end());
-  return added;
+/// The program's own as well: a driver builds on the same ones, and what was preloaded is among
+/// them.
+std::vector<Library> librariesByPath() {
+  std::vector<Library> libraries;
+  for (const auto& [path, build] : loadedLibraries()) {
+    libraries.push_back({path, build});
+  }
+  std::sort(libraries.begin(), libraries.end(),
+            [](const Library& one, const Library& other) { return one.path < other.path; });
+  return libraries;
+}
+
+/// The variables that drivers and their loaders heed.
+std::vector<std::string> environmentOfDrivers() {
+  constexpr std::string_view kBeginnings[] = {"LIBGL_",      "MESA_",
+                                              "mesa_",       "GALLIUM_",
+                                              "LP_",         "NIR_",
+                                              "ZINK_",       "DRI_",
+                                              "VK_",         "EGL_",
+                                              "__GL_",       "__GLX_",
+                                              "__EGL_",      "LD_LIBRARY_PATH=",
+                                              "LD_PRELOAD=", "SORVANTA_DEVICE="};
+  std::vector<std::string> found;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    if (std::any_of(std::begin(kBeginnings), std::end(kBeginnings),
+                    [=](std::string_view beginning) {
+                      return std::string_view(*variable).starts_with(beginning);
+                    })) {
+      found.emplace_back(*variable);
+    }
+  }
+  std::sort(found.begin(), found.end());
+  return found;
 }
 
 /// Whether it stays there; the driver's own threads, made with the context, are free.
@@ -193,7 +221,6 @@ EngineSubject::~EngineSubject() {
 
 Driver EngineSubject::begin(const Begin& begin) {
   heap = disturbedHeap(begin.heapSeed);
-  const std::vector<std::string> before = pathsOfLoadedLibraries();
   const unsigned int number = numberOf(begin.device);
   context.emplace(number, kViewSide, kViewSide);
   if (const std::string trouble = whyNoFixedFunction(); !trouble.empty()) {
@@ -211,7 +238,8 @@ Driver EngineSubject::begin(const Begin& begin) {
           glText(GL_RENDERER),
           glText(GL_VERSION),
           context->software(),
-          librariesBeside(before)};
+          librariesByPath(),
+          environmentOfDrivers()};
 }
 
 CellAnswer EngineSubject::set(const Cell& cell) {

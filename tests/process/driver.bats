@@ -26,6 +26,21 @@ SIGSTOP 20 did not answer within 8 s
 ENDS
 }
 
+@test "A file tells which builds were loaded, and in which environment" {
+  library=$build/tests/survey/libsignal_in_call_list.so
+  LD_PRELOAD=$library MESA_OF_NO_USE=1 run -0 --separate-stderr "$survey" run \
+    --methods drawArrays --details 8 --seconds 2 --precision 100 --json a.json
+  id=$(readelf --notes "$library" | sed -n 's/.*Build ID: //p')
+  [ "${#id}" = 40 ]
+  grep -F "{\"build\":\"$id\",\"path\":\"$library\"}" a.json >/dev/null
+  grep -F "\"LD_PRELOAD=$library\",\"MESA_OF_NO_USE=1\"" a.json >/dev/null
+}
+
+@test "A device that is not there is named as it was asked for" {
+  run -1 "$survey" run --device nowhere --methods drawArrays --details 8
+  matches 'sorvanta-survey: .* no worker could be started: --device=nowhere matches no graphics device; .*(\n  [0-9]+: .+)+'
+}
+
 @test "Samples name functions, or why there are none" {
   run -0 --separate-stderr "$survey" versus --base '' --new '' --methods drawArrays --details 8 \
     --seconds 12 --threshold 90 --explain drawArrays/triStrip/8

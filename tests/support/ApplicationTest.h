@@ -15,9 +15,13 @@
 struct FakeView : View {
   std::vector<std::pair<int, int>> sizes;
   int covers = 0;
+  std::string cannotCover;
 
   void requestSize(int width, int height) override { sizes.emplace_back(width, height); }
-  void cover() override { ++covers; }
+  std::string cover() override {
+    ++covers;
+    return cannotCover;
+  }
   void run() override {}
   std::string remark() const override { return ""; }
   Services& services() override { return fakeServices; }

@@ -163,7 +163,7 @@ std::string answerAfter(std::size_t blocks) {
   std::mt19937_64 random(5);
   const Record record = simulate({.dwell = 2, .cells = 10, .blocks = blocks}, random).record;
   const SideView side = sidesOf(record).front();
-  return answerOf(side, figuresOf(side));
+  return answerOf(side, figuresOf(side)).front();
 }
 
 TEST(Answer, NamesLeadersOnlyWhereEnoughIsKnown) {

@@ -8,6 +8,8 @@
 #include "survey/data/RecordJson.h"
 #include "survey/tell/Files.h"
 #include "survey/tell/Numbers.h"
+#include "survey/tell/Sentences.h"
+#include "survey/tell/Summary.h"
 #include "tests/survey/SimulatedMachine.h"
 
 namespace survey {
@@ -29,8 +31,14 @@ Record exampleRecord() {
   refused.runsAs = RunsAs::kRefused;
   refused.sentence = "no \"lists\" here";
   record.sides = {{"", {"A=1"}}};
-  record.sides[0].driver = {0,         "device", "vendor",          "renderer \xff",
-                            "version", true,     {"/lib/driver.so"}};
+  record.sides[0].driver = {0,
+                            "device",
+                            "vendor",
+                            "renderer \xff",
+                            "version",
+                            true,
+                            {{"/lib/driver.so", "1a2b"}},
+                            {"MESA_X=1"}};
   record.sides[0].cells = {{drawn, {}}, {refused, {}}, {std::nullopt, {"died of SIGSEGV"}}};
   record.visits = {
       {0,
@@ -172,6 +180,66 @@ TEST(ResultJson, IsNotBelievedUnread) {
       EXPECT_EQ(std::string(error.what()).find("this result is damaged: "), 0U) << error.what();
     }
   }
+}
+
+TEST(Summary, HoldsNothingThatActsOnWhereItIsShown) {
+  const auto shown = [](const Record& record) {
+    const SideView side{&record, 0};
+    const Figures figures = figuresOf(side);
+    const Summary summary = summaryOf(side, figures);
+    return std::vector<std::string>{asText(summary, false), asMarkdown(summary),
+                                    csvOf(side, figures)};
+  };
+  Record record = exampleRecord();
+  const std::vector<std::string> usual = shown(record);
+  record.sides[0].driver.renderer =
+      "\x1b]0;x\a\xc2\x9b"
+      "1m\xe2\x80\xa8\x9b\xf0\x82\x82\xac ü\r\n";
+  record.sides[0].cells[1].answer->sentence = "=A1|B1\n| <img src=x> ![x](y)";
+  const std::vector<std::string> hostile = shown(record);
+  for (std::size_t i = 0; i < hostile.size(); ++i) {
+    const std::string& text = hostile[i];
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'),
+              std::count(usual[i].begin(), usual[i].end(), '\n'));
+    EXPECT_TRUE(std::none_of(text.begin(), text.end(), [](unsigned char c) {
+      return (c < ' ' && c != '\n') || c == 0x7f || c == 0x9b;
+    })) << text;
+  }
+  EXPECT_NE(hostile[0].find("On  ]0;x  1m \xEF\xBF\xBD"), std::string::npos) << hostile[0];
+  EXPECT_NE(hostile[0].find(" ü  , version"), std::string::npos) << hostile[0];
+  EXPECT_NE(hostile[1].find("- [2] =A1&#124;B1 &#124; &lt;img src=x> ![x]\\(y)"), std::string::npos)
+      << hostile[1];
+  EXPECT_NE(hostile[2].find(",\"'=A1|B1 | "), std::string::npos) << hostile[2];
+}
+
+TEST(Sources, TellARebuiltDriverAndAnotherEnvironmentFromTheSame) {
+  std::vector<Record> sittings(2, exampleRecord());
+  Driver& base = sittings[0].sides[0].driver;
+  Driver& newer = sittings[1].sides[0].driver;
+  sittings[0].sides[0].name = "old";
+  sittings[1].sides[0].name = "new";
+  const auto sources = [&] {
+    std::string all;
+    for (const std::string& sentence : sourcesOf({{&sittings[0], 0}, {&sittings[1], 0}})) {
+      all += sentence.substr(sentence.rfind("version") + 7);
+    }
+    return all;
+  };
+  const auto contains = [&](const std::string& part) {
+    return sources().find(part) != std::string::npos;
+  };
+  EXPECT_TRUE(contains("SAME DRIVER") && contains("the same files."));
+  newer.environment = {"MESA_X=2"};
+  EXPECT_TRUE(contains("SAME DRIVER") && contains(", in environments that differ."));
+  EXPECT_TRUE(contains(" (with A=1 MESA_X=1). (with A=1 MESA_X=2)."));
+  newer.environment = base.environment;
+  newer.libraries = {{"/lib/driver.so", "1a2b3c4d5e6f"}, {"/lib/more.so", "1a2b"}};
+  EXPECT_EQ(sources(),
+            " (with A=1); its own files: /lib/driver.so (1a2b)."
+            " (with A=1); its own files: /lib/driver.so (1a2b3c4d) /lib/more.so.");
+  // Of files of format 1 no builds are known.
+  base.libraries = newer.libraries = {{"/lib/driver.so", ""}};
+  EXPECT_EQ(sources(), " (with A=1). (with A=1).");
 }
 
 TEST(Numbers, HaveThreeDigitsThatCount) {

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <cstdlib>
 #include <map>
 #include <set>
@@ -7,6 +8,7 @@
 #include "survey/data/Cells.h"
 #include "survey/data/Words.h"
 #include "survey/sitting/Turns.h"
+#include "survey/sitting/Worker.h"
 #include "words/DrawMethods.h"
 #include "words/Primitives.h"
 
@@ -47,6 +49,20 @@ TEST(Environment, IsReadAsAShellReadsIt) {
   for (const char* const words :
        {"A", "=1", "1A=1", "A-B=1", "A=`id`", "A=$UNSET_THERE", "A=1;B=2"}) {
     EXPECT_THROW(assignmentsIn(words, "--new"), Unusable) << words;
+  }
+}
+
+TEST(Worker, ThatCannotBeExecutedSaysWhy) {
+  const Interruption interruption;
+  Worker worker(1, {{"/proc/no/such"}, {}}, interruption);
+  try {
+    worker.set({}, std::chrono::seconds(9));
+    ADD_FAILURE();
+  } catch (const WorkerFault& fault) {
+    EXPECT_EQ(fault.side, 1U);
+    EXPECT_EQ(std::string(fault.what()),
+              "/proc/no/such cannot be executed, through which the program starts itself: /proc "
+              "has to be mounted and readable (No such file or directory)");
   }
 }
 

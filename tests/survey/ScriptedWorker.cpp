@@ -72,7 +72,7 @@ class ScriptedSubject : public Subject {
     const std::string version = variable("VERSION");
     return {
         0,     "scripted", "nobody", "scripted \xff renderer", version.empty() ? "1.0" : version,
-        false, {}};
+        false, {},         {}};
   }
 
   CellAnswer set(const Cell& cell) override {
