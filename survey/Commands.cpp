@@ -7,6 +7,7 @@
 #include <functional>
 #include <iterator>
 #include <limits>
+#include <set>
 #include <utility>
 
 #include <fmt/format.h>
@@ -14,6 +15,7 @@
 #include "platform/process/Sentences.h"
 #include "survey/InputOutput.h"
 #include "survey/Program.h"
+#include "survey/data/Words.h"
 #include "survey/sitting/Sitting.h"
 #include "survey/tell/Files.h"
 #include "survey/tell/Page.h"
@@ -83,16 +85,24 @@ int tellComparison(const Result& result, const Outputs& outputs) {
 /// than others were, which are to catch up.
 std::vector<bool> cellsAhead(const SideView& side, const Figures& figures) {
   constexpr std::size_t kMostAhead = 4;
-  std::vector<std::size_t> visits(side.record->cells.size(), 0);
+  const std::size_t cells = side.record->cells.size();
+  std::vector<std::size_t> all(cells, 0);
+  for (const Visit& visit : side.record->visits) {
+    ++all[visit.cell];
+  }
+  std::vector<std::size_t> counting(cells, 0);
   std::size_t fewest = std::numeric_limits<std::size_t>::max();
   for (const Group& group : figures.groups) {
     for (const CellFigure& figure : group.ranking) {
-      visits[figure.cell] = figure.visits;
-      fewest = side.state(figure.cell).isGivenUp() ? fewest : std::min(fewest, figure.visits);
+      counting[figure.cell] = figure.visits;
+      // Where even twice the visits did not help, others are not to wait.
+      const bool hopes = all[figure.cell] <= 2 * side.record->visits.size() / cells;
+      fewest =
+          hopes && !side.state(figure.cell).isGivenUp() ? std::min(fewest, figure.visits) : fewest;
     }
   }
   std::vector<bool> ahead;
-  std::transform(visits.begin(), visits.end(), std::back_inserter(ahead), [&](std::size_t own) {
+  std::transform(counting.begin(), counting.end(), std::back_inserter(ahead), [&](std::size_t own) {
     return figures.states.areTwo && own > fewest && own - fewest > kMostAhead;
   });
   return ahead;
@@ -178,6 +188,11 @@ Record sideIn(const std::string& path, const std::string& name) {
   return record;
 }
 
+/// The same for no two sittings.
+std::string identityOf(const Record& record) {
+  return fmt::format("{} {} {}", record.machine.host, record.before.when, record.settings.seed);
+}
+
 }  // namespace
 
 int takeSitting(const SittingCommand& command, const std::vector<std::string>& worker) {
@@ -193,7 +208,8 @@ int takeSitting(const SittingCommand& command, const std::vector<std::string>& w
                 {[&](const Record& seen) { return settledSoFar(seen, command.threshold); },
                  [&](const Progress& progress) {
                    bar.show(progress.part, progress.secondsLeft, progress.cell);
-                   if (std::exchange(forecast, forecast || progress.visits > 0) != forecast) {
+                   if (!forecast && progress.visits > 0) {
+                     forecast = true;
                      warnOfShortTime(record.settings.seconds, progress.visits);
                    }
                  },
@@ -222,11 +238,16 @@ int compare(const CompareCommand& command) {
   inputs.insert(inputs.end(), command.newer.begin(), command.newer.end());
   requirePlacesFor(command.outputs, inputs);
   Result result{{}, command.threshold};
-  for (const std::string& path : command.base) {
-    result.sittings.push_back(sideIn(path, "old"));
-  }
-  for (const std::string& path : command.newer) {
-    result.sittings.push_back(sideIn(path, "new"));
+  for (const auto& [paths, name] :
+       {std::pair(&command.base, "old"), std::pair(&command.newer, "new")}) {
+    std::set<std::string> sittings;
+    for (const std::string& path : *paths) {
+      const Record& record = result.sittings.emplace_back(sideIn(path, name));
+      if (!sittings.insert(identityOf(record)).second) {
+        throw Unusable(
+            fmt::format("{} is a sitting that was named before, and would count twice", path));
+      }
+    }
   }
   return tellComparison(result, command.outputs);
 }

@@ -35,38 +35,6 @@ std::string meshInWords(const Question& question) {
                      question.changes ? "change every time" : "never change");
 }
 
-/// "multiDrawArrays, 0.213 ms a model ± 3 %; displayLists cannot be told apart from it, but is in
-/// no core profile; then drawArrays, 1.31 times as long".
-std::string answerOf(const Question& question, const std::vector<MethodAdvice>& advice) {
-  if (advice.empty()) {
-    return "There is no answer, as no method was measured at enough details; give more time with "
-           "--seconds.";
-  }
-  const MethodAdvice& best = advice.front();
-  std::string answer = fmt::format("{}: {}, {} a model ± {}", meshInWords(question), best.method,
-                                   timeInWords(best.time.middle), spreadOf(best.time));
-  std::vector<std::string> likewise;
-  bool anyOld = false;
-  for (auto other = advice.begin() + 1; other != advice.end() && other->leads; ++other) {
-    likewise.push_back(other->method);
-    anyOld = anyOld || !isInCoreProfile(*other);
-  }
-  if (!likewise.empty()) {
-    answer +=
-        fmt::format("; {} cannot be told apart from it{}", listInWords(likewise),
-                    anyOld && isInCoreProfile(best) ? ", though not all in a core profile" : "");
-  }
-  const auto next = std::find_if(advice.begin(), advice.end(),
-                                 [](const MethodAdvice& other) { return !other.leads; });
-  if (next != advice.end()) {
-    answer += fmt::format("; then {}, {:.2f} times as long", next->method, next->times.middle);
-    if (const MethodAdvice& last = advice.back(); last.method != next->method) {
-      answer += fmt::format(", and last {}, {:.2f} times", last.method, last.times.middle);
-    }
-  }
-  return answer + '.';
-}
-
 std::string withSpread(const Interval& cost) {
   return cost.high <= 0              ? "0"
          : !std::isfinite(cost.high) ? "?"
@@ -114,16 +82,38 @@ Grid callsOf(const std::vector<MethodAdvice>& advice) {
 
 }  // namespace
 
-Summary summaryOf(const Question& question, const SideView& side, const Figures& figures) {
-  const std::vector<MethodAdvice> advice = adviceFor(question, side);
-  std::vector<std::string> caveats = caveatsOf(side, figures);
-  std::erase_if(caveats, [](const std::string& sentence) {
-    return sentence.starts_with("Not as precise");  // the answer has a precision of its own
-  });
-  return {answerOf(question, advice),
-          {sourceOf(side)},
-          {gridOf(question, advice), callsOf(advice)},
-          std::move(caveats)};
+std::string answerOf(const Question& question, const std::vector<MethodAdvice>& advice) {
+  if (advice.empty()) {
+    return "There is no answer, as no method was measured at enough details; give more time with "
+           "--seconds.";
+  }
+  const MethodAdvice& best = advice.front();
+  std::string answer = fmt::format("{}: {}, {} a model ± {}", meshInWords(question), best.method,
+                                   timeInWords(best.time.middle), spreadOf(best.time));
+  std::vector<std::string> likewise;
+  bool anyOld = false;
+  for (auto other = advice.begin() + 1; other != advice.end() && other->leads; ++other) {
+    likewise.push_back(other->method);
+    anyOld = anyOld || !isInCoreProfile(*other);
+  }
+  if (!likewise.empty()) {
+    answer +=
+        fmt::format("; {} cannot be told apart from it{}", listInWords(likewise),
+                    anyOld && isInCoreProfile(best) ? ", though not all in a core profile" : "");
+  }
+  const auto next = std::find_if(advice.begin(), advice.end(),
+                                 [](const MethodAdvice& other) { return !other.leads; });
+  if (next != advice.end()) {
+    answer += fmt::format("; then {}, {:.2f} times as long", next->method, next->times.middle);
+    if (const MethodAdvice& last = advice.back(); last.method != next->method) {
+      answer += fmt::format(", and last {}, {:.2f} times", last.method, last.times.middle);
+    }
+  }
+  return answer + '.';
+}
+
+std::vector<Grid> gridsOf(const Question& question, const std::vector<MethodAdvice>& advice) {
+  return {gridOf(question, advice), callsOf(advice)};
 }
 
 }  // namespace survey

@@ -214,6 +214,9 @@ std::string_view inWords(Verdict verdict) {
 }
 
 std::string changeInWords(const Interval& ratio) {
+  if (ratio.middle == 1 && !std::isfinite(ratio.high)) {
+    return "nobody knows how much slower or faster";
+  }
   const double reach = kPercent * ratio.halfWidth();
   return fmt::format("{} ± {} {}", percentOf(ratio),
                      reach < kPercent ? fmt::format("{:.1f} %", reach) : "?", direction(ratio));
