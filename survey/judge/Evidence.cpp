@@ -124,7 +124,9 @@ bool tookTurns(const Measured& base, const Measured& newer) {
   if (base.size() != newer.size()) {
     return false;
   }
-  const auto begin = [](const SideView& sitting) { return sitting.record->before.when; };
+  const auto begin = [](const SideView& sitting) -> const std::string& {
+    return sitting.record->before.when;  // minmax keeps references
+  };
   std::string latest;
   for (std::size_t i = 0; i < base.size(); ++i) {
     const auto [first, second] = std::minmax(begin(base[i]), begin(newer[i]));

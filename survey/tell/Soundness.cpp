@@ -65,8 +65,12 @@ void requireSound(const Record& record) {
     require(cell.detail >= kLeastDetail && cell.detail <= kMostDetail,
             fmt::format("there is a cell of detail {}", cell.detail));
   }
-  for (const Side& side : record.sides) {
-    requireSoundSide(record, side);
+  for (std::size_t side = 0; side < record.sides.size(); ++side) {
+    requireSoundSide(record, record.sides[side]);
+    for (std::size_t other = 0; other < side; ++other) {
+      require(record.sides[side].name != record.sides[other].name,
+              fmt::format("two sides are called '{}'", record.sides[side].name));
+    }
   }
   constexpr std::size_t kMostBlocks = 1'000'000;
   for (std::size_t i = 0; i < record.visits.size(); ++i) {
@@ -97,6 +101,12 @@ void requireSound(const Result& result) {
   constexpr double kMostThreshold = 90;
   const bool inRange = result.threshold > 0 && result.threshold <= kMostThreshold;
   require(!result.isComparison() || inRange, "the threshold is no percentage");
+  const std::vector<SideView> sides = sidesOf(result);
+  require(!result.isComparison() || std::any_of(sides.begin(), sides.end(),
+                                                [&](const SideView& side) {
+                                                  return side.name() != sides.front().name();
+                                                }),
+          "there is no side to compare with the first one");
   for (std::size_t i = 0; i < result.sittings.size(); ++i) {
     try {
       requireSound(result.sittings[i]);
