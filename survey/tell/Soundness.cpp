@@ -66,8 +66,12 @@ void requireSound(const Record& record) {
     require(cell.detail >= kLeastDetail && cell.detail <= kMostDetail,
             fmt::format("there is a cell of detail {}", cell.detail));
   }
-  for (const Side& side : record.sides) {
-    requireSoundSide(record, side);
+  for (std::size_t side = 0; side < record.sides.size(); ++side) {
+    requireSoundSide(record, record.sides[side]);
+    for (std::size_t other = 0; other < side; ++other) {
+      require(record.sides[side].name != record.sides[other].name,
+              fmt::format("two sides are called '{}'", record.sides[side].name));
+    }
   }
   constexpr std::size_t kMostBlocks = 1'000'000;
   for (std::size_t i = 0; i < record.visits.size(); ++i) {

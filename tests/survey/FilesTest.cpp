@@ -180,6 +180,13 @@ TEST(ResultJson, IsNotBelievedUnread) {
       EXPECT_EQ(std::string(error.what()).find("this result is damaged: "), 0U) << error.what();
     }
   }
+  auto json = sound;
+  auto& own = json["sorvanta"];
+  own["threshold"] = 5;
+  own["sittings"].push_back(own["sittings"][0]);
+  EXPECT_THROW(resultOf(json.dump()), std::runtime_error);  // one side, measured again
+  own["sittings"][1]["sides"][0]["name"] = "new";
+  EXPECT_NO_THROW(resultOf(json.dump()));
 }
 
 TEST(Summary, HoldsNothingThatActsOnWhereItIsShown) {
