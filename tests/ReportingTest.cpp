@@ -1,7 +1,9 @@
 // What is recorded and printed, and the exit status.
+#include <csignal>
 #include <cstdlib>
 #include <iostream>
 
+#include "app/Diagnostics.h"
 #include "tests/support/ApplicationTest.h"
 
 namespace {
@@ -51,6 +53,13 @@ TEST_F(Reporting, VerdictOfARegressionCheck) {
     quit();
   };
   EXPECT_EXIT(quitAndTellCalls(), testing::ExitedWithCode(0), "^" + gl("Finish") + "$");
+}
+
+TEST_F(Reporting, ChecksThatGLHasNoError) {
+  checkGL();
+  fakeDriver.errors["glFinish"] = GL_INVALID_VALUE;
+  glFinish();
+  EXPECT_EXIT(checkGL(), testing::KilledBySignal(SIGABRT), "^GL Error: ");
 }
 
 }  // namespace

@@ -12,6 +12,10 @@ said='Sorvanta: there is no display; running headless on .+\n'
   matches "$said"
   DISPLAY='' run -1 --separate-stderr "$sorvanta" -r 5 -o -regress 1e6 0.5 -M drawArrays
   matches ' [0-9.]+ MTri/sec'
+  local begin=$EPOCHREALTIME
+  DISPLAY='' run -0 --separate-stderr "$sorvanta" -r 2 -o -terse -avg -n -c -M drawArrays
+  awk "BEGIN { exit !($EPOCHREALTIME - $begin >= 2) }"
+  grep 'beside normals' <<<"$stderr"
   run -130 timeout --preserve-status -s INT 2 "$sorvanta" -r 600
   run -0 eval "(set +o pipefail; $sorvanta -r 600 -o 2>said | head -1 | wc -l
     echo \${PIPESTATUS[0]})"

@@ -164,6 +164,9 @@ void glReadPixels(GLint /*x*/, GLint /*y*/, GLsizei /*width*/, GLsizei /*height*
 GLenum glGetError() {
   return std::exchange(error, GL_NO_ERROR);
 }
+const GLubyte* gluErrorString(GLenum /*error*/) {
+  return nullptr;
+}
 void glGetBufferParameterivARB(GLenum /*target*/, GLenum name, GLint* value) {
   *value = fakeDriver.integers[name];
 }
