@@ -13,7 +13,7 @@ namespace {
 constexpr double kLeastStep = 0.1;
 constexpr double kSure = 0.95;
 /// Of the visits: less is no state, but a moment.
-constexpr double kLeastShare = 0.02;
+constexpr double kLeastShare = 0.05;
 
 std::optional<CoreState> stateOf(const Visit& visit, const TwoLevels& levels) {
   const auto all = [&](auto&& is) {

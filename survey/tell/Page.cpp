@@ -238,12 +238,12 @@ std::string lineCharts(const Ranked& ranked, const std::string& whose) {
   return html;
 }
 
-std::string tableAndCaveats(const Summary& summary) {
+std::string tablesOf(const Summary& summary) {
   std::string html;
   for (const Grid& table : summary.tables) {
     html += htmlOf(table);
   }
-  return html + list(summary.caveats);
+  return html;
 }
 
 /// Sides, each ranked by itself, with their charts side by side; `level` is that of their headings.
@@ -260,16 +260,15 @@ std::string rankingsOf(const std::vector<Ranked>& sides, int level) {
     const Summary summary = summaryOf(ranked.side, ranked.figures);
     columns.emplace_back(ranked.name, ranked.side);
     html += several ? heading(1, ranked.name) : "";
-    html += answer(summary);
+    html += answer(summary) + list(summary.caveats);
     lines += lineCharts(ranked, several ? ranked.name : "");
-    figures += heading(0, several ? ranked.name : "Figures") + tableAndCaveats(summary);
+    figures += heading(0, several ? ranked.name : "Figures") + tablesOf(summary);
   }
-  html += heading(0, "Measured on") + factsOf(columns);
   html += heading(0, "Rates") + "<div class=\"charts\">\n" + barCharts(sides) + lines;
   return html +
          "</div>\n<p>Bars and points are rates; the lines through them are intervals of "
          "95&nbsp;%.</p>\n" +
-         figures;
+         figures + heading(0, "Measured on") + factsOf(columns);
 }
 
 /// The ratios of one side against the first.
@@ -301,7 +300,7 @@ std::string comparisonOf(const NamedResult& named) {
   const std::vector<Changes> changes = changesOf(sides, threshold);
   const Summary summary = summaryOf(sides, changes, threshold);
   std::string html = fmt::format("<h2>{}</h2>\n", escaped(named.name));
-  html += answer(summary);
+  html += answer(summary) + list(summary.caveats);
   html += list(summary.sources);
   for (const Changes& ofSide : changes) {
     html += fmt::format("<h3>Ratios of {} to {}</h3>\n<div class=\"charts\">\n{}</div>\n",
@@ -311,7 +310,7 @@ std::string comparisonOf(const NamedResult& named) {
   html += fmt::format(
       "<p>A ratio below 1 is slower. The lines are intervals of 95&nbsp;%, the band is the "
       "threshold of {:g}&nbsp;%.</p>\n<h3>Changes</h3>\n{}",
-      threshold, tableAndCaveats(summary));
+      threshold, tablesOf(summary));
   std::vector<Ranked> ranked;
   ranked.reserve(sides.size());
   const std::vector<std::string> labels = labelsOf(sides);
