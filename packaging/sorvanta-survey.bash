@@ -18,18 +18,19 @@ _sorvanta_survey() {
   fi
   case $before in
     --methods)
-      offered="ten all immediateMode arrayElement drawArrays compiledVertArray displayLists
+      offered="ten today static stream core all immediateMode arrayElement drawArrays compiledVertArray displayLists
         drawArraysWithVertArrayRng drawArraysWithVertArrayObjects
         drawArraysWithDynVertBufferObjectsVAO drawArraysWithStatVertBufferObjectsVAO
         drawArraysWithStaticVBO multiDrawArrays multiDrawArraysIndirect drawElementsWithRestart
         streamSubData streamMapRange streamPersistent"
       ;;
     --primitives) offered="all triStrip quadStrip lineStrip lines points quads triangles" ;;
-    --json | --csv | --markdown | --html)
+    --json | --csv | --markdown | --junit | --html)
       _sorvanta_survey_files '*'
       return
       ;;
-    --details | --with | --seconds | --precision | --frame | --device | --seed | --patience | \
+    --changes) offered="never every-frame" ;;
+    --details | --with | --triangles | --strips | --seconds | --precision | --frame | --device | --seed | --patience | \
       --threshold | --base | --new | --base-name | --new-name)
       return
       ;;
@@ -37,20 +38,24 @@ _sorvanta_survey() {
       case ${COMP_WORDS[1]} in
         run)
           offered="--methods --primitives --details --with --seconds --precision --frame --device
-            --on-screen --seed --patience --json --csv --markdown --quiet --unoptimised --help"
+            --on-screen --seed --patience --json --csv --markdown --junit --quiet --unoptimised --help"
+          ;;
+        advise)
+          offered="--triangles --strips --changes --core --with --seconds --frame --device --on-screen
+            --seed --patience --json --markdown --junit --quiet --unoptimised --help"
           ;;
         versus)
-          offered="--base --new --base-name --new-name --threshold --explain --methods --primitives --details
-            --with --seconds --frame --device --on-screen --seed --patience --json --markdown --quiet
-            --unoptimised --help"
+          offered="--base --new --base-name --new-name --threshold --explain --methods --primitives
+            --details --with --seconds --frame --device --on-screen --seed --patience --json --markdown
+            --junit --line --quiet --unoptimised --help"
           ;;
         compare | report)
-          offered="--threshold --json --markdown --help"
+          offered="--new --threshold --json --markdown --junit --line --help"
           [ "${COMP_WORDS[1]}" = compare ] || offered="--html --help"
           _sorvanta_survey_files '*.json'
           ;;
         devices) offered="--help" ;;
-        *) offered="run versus compare report devices --help --version" ;;
+        *) offered="run advise versus compare report devices --help --version" ;;
       esac
       ;;
   esac

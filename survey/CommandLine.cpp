@@ -12,6 +12,7 @@
 
 #include "survey/Program.h"
 #include "survey/data/Words.h"
+#include "survey/judge/Advice.h"
 
 namespace survey {
 namespace {
@@ -31,6 +32,7 @@ void addFile(CLI::App& app, const char* option, std::string& path, const char* h
 void addOutputs(CLI::App& app, Outputs& outputs) {
   addFile(app, "--json", outputs.json, "write everything, in Google Benchmark's schema");
   addFile(app, "--markdown", outputs.markdown, "write the table for a merge request");
+  addFile(app, "--junit", outputs.junit, "write a test case a cell, for a CI's page of tests");
 }
 
 /// Its sentences name the value and what it may be.
@@ -48,6 +50,10 @@ CLI::Validator upTo(double most) {
           ""};
 }
 
+void addLine(CLI::App& app, Outputs& outputs) {
+  app.add_flag("--line", outputs.line, "print a line a change, for a commit message");
+}
+
 void addThreshold(CLI::App& app, double& threshold) {
   app.add_option("--threshold", threshold, "a change that is not larger does not matter")
       ->type_name("PERCENT")
@@ -55,10 +61,9 @@ void addThreshold(CLI::App& app, double& threshold) {
       ->capture_default_str();
 }
 
-void addSittingOptions(CLI::App& app, CellLists& lists, SittingCommand& command) {
-  Settings& settings = command.plan.settings;
+void addLists(CLI::App& app, CellLists& lists) {
   app.add_option("--methods", lists.methods,
-                 "Sorvanta's words, separated by commas, or ten, or all")
+                 "Sorvanta's words, separated by commas, or ten, today, static, stream, core, all")
       ->type_name("LIST")
       ->capture_default_str();
   app.add_option("--primitives", lists.primitives, "likewise, or all")
@@ -74,6 +79,10 @@ void addSittingOptions(CLI::App& app, CellLists& lists, SittingCommand& command)
       ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->type_name("'OPTIONS'");
+}
+
+void addSittingOptions(CLI::App& app, SittingCommand& command) {
+  Settings& settings = command.plan.settings;
   app.add_option("--seconds", settings.seconds, "the time that it may take")
       ->type_name("S")
       ->check(upTo(kMostSeconds))
@@ -107,6 +116,28 @@ void addSittingOptions(CLI::App& app, CellLists& lists, SittingCommand& command)
   app.add_flag(
       "--unoptimised", command.unoptimised,
       "go on with a build without optimisation, whose figures are those of a slow program");
+}
+
+void addAdviseOptions(CLI::App& app, Question& question, CellLists& lists) {
+  constexpr double kMostTriangles = 1e9;
+  app.add_option("--triangles", question.triangles, "how many the mesh has")
+      ->type_name("N")
+      ->check(upTo(kMostTriangles))
+      ->required();
+  app.add_option("--strips", question.strips, "in how many strips they are")
+      ->type_name("S")
+      ->check(upTo(kMostTriangles))
+      ->capture_default_str();
+  app.add_option_function<std::string>(
+         "--changes", [&](const std::string& when) { question.changes = when != "never"; },
+         "how often its vertices change")
+      ->type_name("never|every-frame")
+      ->check(CLI::IsMember({"never", "every-frame"}))
+      ->default_str("never");
+  app.add_flag("--core", question.core, "only what a core profile lets a program do");
+  app.add_option("--with", lists.with, "its attributes as Sorvanta's options ('-n -t0')")
+      ->expected(1)
+      ->type_name("'OPTIONS'");
 }
 
 void addRunOptions(CLI::App& app, SittingCommand& run) {
@@ -147,6 +178,7 @@ void addVersusOptions(CLI::App& app, SittingCommand& versus, Sides& sides) {
   addNew("--new-name", sides.newNames, "what it is called, in the order of --new [new]")
       ->type_name("NAME");
   addThreshold(app, versus.threshold);
+  addLine(app, versus.outputs);
   app.add_option(
          "--explain", sides.explain,
          "which functions make a change; of the cells that changed most unless some are named")
@@ -164,6 +196,7 @@ void addCompareOptions(CLI::App& app, CompareCommand& compare) {
                  "as many of the new one; of two files without it the second is new")
       ->type_name("NEW.json");
   addThreshold(app, compare.threshold);
+  addLine(app, compare.outputs);
   addOutputs(app, compare.outputs);
 }
 
@@ -292,6 +325,7 @@ Command parseCommandLine(int argc, const char* const* argv) {
   app.allow_extras(false);
   const CLI::App& devicesApp = *app.add_subcommand("devices", "list the devices to draw on");
   CLI::App& runApp = *app.add_subcommand("run", "take a survey and print its table");
+  CLI::App& adviseApp = *app.add_subcommand("advise", "which method suits a mesh of that size?");
   CLI::App& versusApp =
       *app.add_subcommand("versus", "let environments take turns: is one slower?");
   CLI::App& compareApp = *app.add_subcommand("compare", "hold two files against each other");
@@ -300,13 +334,19 @@ Command parseCommandLine(int argc, const char* const* argv) {
   CellLists lists;
   lists.with.clear();
   SittingCommand run;
-  addSittingOptions(runApp, lists, run);
+  addLists(runApp, lists);
+  addSittingOptions(runApp, run);
   addRunOptions(runApp, run);
+  SittingCommand advise;
+  Question question;
+  addAdviseOptions(adviseApp, question, lists);
+  addSittingOptions(adviseApp, advise);
   SittingCommand versus;
   versus.threshold = kDefaultThreshold;
   versus.plan.settings.frame = kFrameInTurns;
   Sides sides;
-  addSittingOptions(versusApp, lists, versus);
+  addLists(versusApp, lists);
+  addSittingOptions(versusApp, versus);
   addVersusOptions(versusApp, versus, sides);
   CompareCommand compare;
   addCompareOptions(compareApp, compare);
@@ -349,6 +389,17 @@ Command parseCommandLine(int argc, const char* const* argv) {
       versus.explain = cellsNamed(sides.explain, versus.plan.cells);
     }
     return versus;
+  }
+  if (adviseApp.parsed()) {
+    if (question.strips > question.triangles) {
+      throw Unusable("there cannot be more strips than triangles");
+    }
+    lists.methods = fmt::format("{}", fmt::join(methodsFor(question), ","));
+    lists.details = fmt::format("{}", fmt::join(detailsFor(question), ","));
+    settle(advise, lists, adviseApp, commandLine);
+    advise.question = question;
+    advise.plan.sides = {{"", {}}};
+    return advise;
   }
   settle(run, lists, runApp, commandLine);
   run.plan.sides = {{"", {}}};

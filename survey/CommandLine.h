@@ -21,9 +21,11 @@ struct Outputs {
   std::string json{};
   std::string markdown{};
   std::string csv{};
+  std::string junit{};
   std::string html{};
+  bool line = false;  ///< on standard output a line a change, and nothing else
 
-  std::vector<std::string> paths() const { return {json, markdown, csv, html}; }
+  std::vector<std::string> paths() const { return {json, markdown, csv, junit, html}; }
   /// Whether one of them goes there, so that nothing else must.
   bool takeStandardOutput() const {
     const std::vector<std::string> all = paths();
@@ -31,7 +33,7 @@ struct Outputs {
   }
 };
 
-/// `run` and `versus`: take a sitting, of one side or of several.
+/// `run`, `versus` and `advise`: take a sitting, of one side or of several.
 struct SittingCommand {
   Record plan;           ///< its settings, cells, and the names and environments of its sides
   double threshold = 0;  ///< percent; of several sides
@@ -40,7 +42,8 @@ struct SittingCommand {
   /// Names of cells of which it shall be found out why they changed; empty: of those that changed
   /// most; none: of none.
   std::optional<std::vector<std::string>> explain{};
-  bool unoptimised = false;  ///< go on although the build is slow
+  std::optional<Question> question{};  ///< of `advise`
+  bool unoptimised = false;            ///< go on although the build is slow
 };
 
 /// `compare`: hold files against each other, one or several a side.

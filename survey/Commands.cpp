@@ -7,6 +7,7 @@
 #include <functional>
 #include <iterator>
 #include <limits>
+#include <set>
 #include <utility>
 
 #include <fmt/format.h>
@@ -14,10 +15,12 @@
 #include "platform/process/Sentences.h"
 #include "survey/InputOutput.h"
 #include "survey/Program.h"
+#include "survey/data/Words.h"
 #include "survey/sitting/Sitting.h"
 #include "survey/tell/Files.h"
 #include "survey/tell/Page.h"
 #include "survey/tell/ProgressBar.h"
+#include "survey/tell/Sentences.h"
 #include "survey/tell/Summary.h"
 
 namespace survey {
@@ -28,9 +31,16 @@ bool isMeasured(const Result& result) {
                      [](const Record& record) { return !record.visits.empty(); });
 }
 
-/// Writes the files and prints; whether all of that could be done. `csv` makes a row a cell.
+/// What is made of a result, where it is asked for.
+struct Texts {
+  std::function<std::string()> junit{};
+  std::function<std::string()> csv{};
+  std::function<std::string()> line{};  ///< in place of the answer and the table
+};
+
+/// Writes the files and prints; whether all of that could be done.
 bool tell(const Result& result, const Summary& summary, const Outputs& outputs,
-          const std::function<std::string()>& csv = {}) {
+          const Texts& texts) {
   // First the files: who reads standard output may have left.
   bool written = true;
   const auto write = [&](const std::string& path, const std::function<std::string()>& content) {
@@ -38,8 +48,11 @@ bool tell(const Result& result, const Summary& summary, const Outputs& outputs,
   };
   write(outputs.json, [&] { return resultJson(result); });
   write(outputs.markdown, [&] { return asMarkdown(summary); });
-  write(outputs.csv, csv);
-  written = printed(asText(summary, wantsColours()), outputs.takeStandardOutput()) && written;
+  write(outputs.csv, texts.csv);
+  write(outputs.junit, texts.junit);
+  written = printed(outputs.line ? texts.line() : asText(summary, wantsColours()),
+                    outputs.takeStandardOutput()) &&
+            written;
   for (const std::string& sentence : summary.caveats) {
     warn(sentence);
   }
@@ -50,8 +63,11 @@ bool tell(const Result& result, const Summary& summary, const Outputs& outputs,
 int tellSurvey(const Result& result, const SittingCommand& command) {
   const SideView side = sidesOf(result).front();
   const Figures figures = figuresOf(side);
-  const bool written =
-      tell(result, summaryOf(side, figures), command.outputs, [&] { return csvOf(side, figures); });
+  const Summary summary =
+      result.question ? summaryOf(*result.question, side, figures) : summaryOf(side, figures);
+  const bool written = tell(result, summary, command.outputs,
+                            {.junit = [&] { return junitOf(side, figures); },
+                             .csv = [&] { return csvOf(side, figures); }});
   return written && isMeasured(result) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
@@ -59,7 +75,8 @@ int tellSurvey(const Result& result, const SittingCommand& command) {
 int tellComparison(const Result& result, const Outputs& outputs) {
   const std::vector<SideView> sides = sidesOf(result);
   const std::vector<Changes> changes = changesOf(sides, result.threshold);
-  return tell(result, summaryOf(sides, changes, result.threshold), outputs)
+  return tell(result, summaryOf(sides, changes, result.threshold), outputs,
+              {.junit = [&] { return junitOf(changes); }, .line = [&] { return linesOf(changes); }})
              ? bisectionStatusOf(changes)
              : kUnusable;
 }
@@ -68,16 +85,24 @@ int tellComparison(const Result& result, const Outputs& outputs) {
 /// than others were, which are to catch up.
 std::vector<bool> cellsAhead(const SideView& side, const Figures& figures) {
   constexpr std::size_t kMostAhead = 4;
-  std::vector<std::size_t> visits(side.record->cells.size(), 0);
+  const std::size_t cells = side.record->cells.size();
+  std::vector<std::size_t> all(cells, 0);
+  for (const Visit& visit : side.record->visits) {
+    ++all[visit.cell];
+  }
+  std::vector<std::size_t> counting(cells, 0);
   std::size_t fewest = std::numeric_limits<std::size_t>::max();
   for (const Group& group : figures.groups) {
     for (const CellFigure& figure : group.ranking) {
-      visits[figure.cell] = figure.visits;
-      fewest = side.state(figure.cell).isGivenUp() ? fewest : std::min(fewest, figure.visits);
+      counting[figure.cell] = figure.visits;
+      // Where even twice the visits did not help, others are not to wait.
+      const bool hopes = all[figure.cell] <= 2 * side.record->visits.size() / cells;
+      fewest =
+          hopes && !side.state(figure.cell).isGivenUp() ? std::min(fewest, figure.visits) : fewest;
     }
   }
   std::vector<bool> ahead;
-  std::transform(visits.begin(), visits.end(), std::back_inserter(ahead), [&](std::size_t own) {
+  std::transform(counting.begin(), counting.end(), std::back_inserter(ahead), [&](std::size_t own) {
     return figures.states.areTwo && own > fewest && own - fewest > kMostAhead;
   });
   return ahead;
@@ -163,12 +188,17 @@ Record sideIn(const std::string& path, const std::string& name) {
   return record;
 }
 
+/// The same for no two sittings.
+std::string identityOf(const Record& record) {
+  return fmt::format("{} {} {}", record.machine.host, record.before.when, record.settings.seed);
+}
+
 }  // namespace
 
 int takeSitting(const SittingCommand& command, const std::vector<std::string>& worker) {
   requireReady(command);
   const Interruption interruption;
-  Result result{{command.plan}, command.threshold};
+  Result result{{command.plan}, command.threshold, command.question};
   Record& record = result.sittings.front();
   record.program = thisProgram();
   bool forecast = false;
@@ -178,7 +208,8 @@ int takeSitting(const SittingCommand& command, const std::vector<std::string>& w
                 {[&](const Record& seen) { return settledSoFar(seen, command.threshold); },
                  [&](const Progress& progress) {
                    bar.show(progress.part, progress.secondsLeft, progress.cell);
-                   if (std::exchange(forecast, forecast || progress.visits > 0) != forecast) {
+                   if (!forecast && progress.visits > 0) {
+                     forecast = true;
                      warnOfShortTime(record.settings.seconds, progress.visits);
                    }
                  },
@@ -207,11 +238,16 @@ int compare(const CompareCommand& command) {
   inputs.insert(inputs.end(), command.newer.begin(), command.newer.end());
   requirePlacesFor(command.outputs, inputs);
   Result result{{}, command.threshold};
-  for (const std::string& path : command.base) {
-    result.sittings.push_back(sideIn(path, "old"));
-  }
-  for (const std::string& path : command.newer) {
-    result.sittings.push_back(sideIn(path, "new"));
+  for (const auto& [paths, name] :
+       {std::pair(&command.base, "old"), std::pair(&command.newer, "new")}) {
+    std::set<std::string> sittings;
+    for (const std::string& path : *paths) {
+      const Record& record = result.sittings.emplace_back(sideIn(path, name));
+      if (!sittings.insert(identityOf(record)).second) {
+        throw Unusable(
+            fmt::format("{} is a sitting that was named before, and would count twice", path));
+      }
+    }
   }
   return tellComparison(result, command.outputs);
 }

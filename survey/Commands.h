@@ -8,9 +8,9 @@
 
 namespace survey {
 
-/// `run` and `versus`: takes the sitting, with workers that `worker` starts, prints the answer and
-/// the table on standard output and what has to be known beside them on standard error, and writes
-/// the files. After a signal the status is 128 and its number.
+/// `run`, `versus` and `advise`: takes the sitting, with workers that `worker` starts, prints the
+/// answer and the table on standard output and what has to be known beside them on standard error,
+/// and writes the files. After a signal the status is 128 and its number.
 ///
 /// With several sides all statuses are made for a bisection: 0 nothing is slower, 1 something is or
 /// fails on a new side alone, 125 undecided, 255 the command line or the base side cannot be used.

@@ -54,6 +54,12 @@ TEST_F(Documents, NameEveryMethodAndPrimitive) {
   const std::string row = "\n\\| `(\\w+)` \\|";
   EXPECT_EQ(matches(part("docs/methods.md", "## Methods", "## What"), row), methods);
   EXPECT_EQ(matches(part("docs/methods.md", "## What", "\n## "), row), methods);
+  const std::string calls = part("docs/methods.md", "| What a program calls |", "\"In a core");
+  for (const DrawMethodWord& method : kDrawMethodWords) {
+    EXPECT_NE(calls.find(std::string("| `") + method.word + "` | " + method.calls + " |\n"),
+              std::string::npos)
+        << method.word;
+  }
   EXPECT_EQ(matches(part("packaging/Sorvanta.1", ".SH METHODS", ".SH"), "\n\\.TP\n\\.B (\\w+)\n"),
             methods);
   EXPECT_EQ(matches(completed("-r 1 -M"), "(.+)\n"), methods);

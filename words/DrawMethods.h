@@ -30,32 +30,63 @@ enum DrawMethod {
 /// How much of the model one call draws.
 enum class DrawUnit { kVertex, kStrip, kRow, kModel };
 
+/// What becomes of the vertices between two models.
+enum class VertexUse {
+  kKept,      ///< by the driver, in buffers or lists
+  kFromHere,  ///< the program's own, read anew for each model
+  kStreamed,  ///< written anew into buffers for each model
+};
+
 struct DrawMethodWord {
   DrawMethod method;
   const char* word;
   DrawUnit unit;
+  VertexUse use;
   bool inCoreProfile;  ///< whether a core profile lets a program submit this way
+  const char* calls;   ///< what a program calls that submits this way
 };
 
 inline constexpr std::array<DrawMethodWord, 16> kDrawMethodWords = {{
-    {kDrawImmediateMode, "immediateMode", DrawUnit::kVertex, false},
-    {kDrawDisplayLists, "displayLists", DrawUnit::kModel, false},
-    {kDrawArrays, "drawArrays", DrawUnit::kStrip, false},
-    {kDrawCompiledVertArray, "compiledVertArray", DrawUnit::kStrip, false},
-    {kDrawArraysWithVertArrayRng, "drawArraysWithVertArrayRng", DrawUnit::kStrip, false},
-    {kDrawArraysWithVertArrayObjects, "drawArraysWithVertArrayObjects", DrawUnit::kRow, false},
+    {kDrawImmediateMode, "immediateMode", DrawUnit::kVertex, VertexUse::kFromHere, false,
+     "glBegin; for each vertex glNormal3fv, glVertex3fv; glEnd"},
+    {kDrawDisplayLists, "displayLists", DrawUnit::kModel, VertexUse::kKept, false,
+     "once glNewList, the strips, glEndList; then glCallList"},
+    {kDrawArrays, "drawArrays", DrawUnit::kStrip, VertexUse::kFromHere, false,
+     "glVertexPointer to memory; for each strip glDrawArrays"},
+    {kDrawCompiledVertArray, "compiledVertArray", DrawUnit::kStrip, VertexUse::kFromHere, false,
+     "glVertexPointer to memory; glLockArraysEXT; for each strip glDrawElements"},
+    {kDrawArraysWithVertArrayRng, "drawArraysWithVertArrayRng", DrawUnit::kStrip,
+     VertexUse::kFromHere, false,
+     "glVertexArrayRangeAPPLE over memory; glVertexPointer; for each strip glDrawArrays"},
+    {kDrawArraysWithVertArrayObjects, "drawArraysWithVertArrayObjects", DrawUnit::kRow,
+     VertexUse::kFromHere, false,
+     "once glGenVertexArrays, glVertexPointer to memory; then glBindVertexArray, glDrawArrays"},
     {kDrawArraysWithDynVertBufferObjectsVAO, "drawArraysWithDynVertBufferObjectsVAO",
-     DrawUnit::kRow, true},
+     DrawUnit::kRow, VertexUse::kKept, true,
+     "once glBufferData with GL_STREAM_DRAW, glGenVertexArrays; then glBindVertexArray, "
+     "glDrawArrays"},
     {kDrawArraysWithStatVertBufferObjectsVAO, "drawArraysWithStatVertBufferObjectsVAO",
-     DrawUnit::kRow, true},
-    {kDrawArrayElement, "arrayElement", DrawUnit::kVertex, false},
-    {kDrawArraysWithStaticVBO, "drawArraysWithStaticVBO", DrawUnit::kRow, true},
-    {kMultiDrawArrays, "multiDrawArrays", DrawUnit::kModel, true},
-    {kMultiDrawArraysIndirect, "multiDrawArraysIndirect", DrawUnit::kModel, true},
-    {kDrawElementsWithRestart, "drawElementsWithRestart", DrawUnit::kModel, true},
-    {kStreamSubData, "streamSubData", DrawUnit::kModel, true},
-    {kStreamMapRange, "streamMapRange", DrawUnit::kModel, true},
-    {kStreamPersistent, "streamPersistent", DrawUnit::kModel, true},
+     DrawUnit::kRow, VertexUse::kKept, true,
+     "once glBufferData with GL_STATIC_DRAW, glGenVertexArrays; then glBindVertexArray, "
+     "glDrawArrays"},
+    {kDrawArrayElement, "arrayElement", DrawUnit::kVertex, VertexUse::kFromHere, false,
+     "glVertexPointer to memory; glBegin; for each vertex glArrayElement; glEnd"},
+    {kDrawArraysWithStaticVBO, "drawArraysWithStaticVBO", DrawUnit::kRow, VertexUse::kKept, true,
+     "once glBufferData with GL_STATIC_DRAW; then glBindBuffer, glVertexPointer, glDrawArrays"},
+    {kMultiDrawArrays, "multiDrawArrays", DrawUnit::kModel, VertexUse::kKept, true,
+     "once glBufferData with GL_STATIC_DRAW, glGenVertexArrays; then glMultiDrawArrays"},
+    {kMultiDrawArraysIndirect, "multiDrawArraysIndirect", DrawUnit::kModel, VertexUse::kKept, true,
+     "the same, with the draws in a GL_DRAW_INDIRECT_BUFFER; then glMultiDrawArraysIndirect"},
+    {kDrawElementsWithRestart, "drawElementsWithRestart", DrawUnit::kModel, VertexUse::kKept, true,
+     "the same, with an index buffer and glPrimitiveRestartIndex; then glDrawElements"},
+    {kStreamSubData, "streamSubData", DrawUnit::kModel, VertexUse::kStreamed, true,
+     "glBufferSubData with all vertices; then glMultiDrawArrays"},
+    {kStreamMapRange, "streamMapRange", DrawUnit::kModel, VertexUse::kStreamed, true,
+     "glMapBufferRange with GL_MAP_INVALIDATE_BUFFER_BIT, write, glUnmapBuffer; then "
+     "glMultiDrawArrays"},
+    {kStreamPersistent, "streamPersistent", DrawUnit::kModel, VertexUse::kStreamed, true,
+     "once glBufferStorage and glMapBufferRange for good; then write, glMultiDrawArrays, "
+     "glFenceSync"},
 }};
 
 /// Whether it is one of the ten that have always been there.

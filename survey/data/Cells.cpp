@@ -61,14 +61,41 @@ std::vector<std::string> chosen(const std::string& list, std::string_view what,
   return words;
 }
 
-std::vector<std::string> theTen() {
-  std::vector<std::string> words;
-  for (const DrawMethodWord& row : kDrawMethodWords) {
-    if (amongTheTen(row.method)) {
-      words.emplace_back(row.word);
-    }
+/// What a group of methods is called, and who is in it.
+struct MethodGroup {
+  const char* word;
+  bool (*has)(const DrawMethodWord& row);
+};
+constexpr MethodGroup kMethodGroups[] = {
+    {"ten", [](const DrawMethodWord& row) { return amongTheTen(row.method); }},
+    {"today", [](const DrawMethodWord& row) { return !amongTheTen(row.method); }},
+    {"static", [](const DrawMethodWord& row) { return row.use == VertexUse::kKept; }},
+    {"stream", [](const DrawMethodWord& row) { return row.use == VertexUse::kStreamed; }},
+    {"core", [](const DrawMethodWord& row) { return row.inCoreProfile; }},
+};
+
+std::vector<std::string_view> methodsAndGroups() {
+  std::vector<std::string_view> words = wordsOf(kDrawMethodWords);
+  for (const MethodGroup& group : kMethodGroups) {
+    words.emplace_back(group.word);
   }
   return words;
+}
+
+/// Each method once, those of a group where its word stands.
+std::vector<std::string> methodsIn(const std::vector<std::string>& words) {
+  std::vector<std::string> methods;
+  for (const std::string& word : words) {
+    const auto* const group =
+        std::find_if(std::begin(kMethodGroups), std::end(kMethodGroups),
+                     [&](const MethodGroup& candidate) { return candidate.word == word; });
+    for (const DrawMethodWord& row : kDrawMethodWords) {
+      if (group == std::end(kMethodGroups) ? row.word == word : group->has(row)) {
+        addOnce(methods, row.word);
+      }
+    }
+  }
+  return methods;
 }
 
 std::vector<unsigned int> detailsOf(const std::string& list) {
@@ -125,9 +152,7 @@ std::vector<Cell> cellsOf(const CellLists& lists) {
   for (const std::string& options : lists.with) {
     addOnce(sets, attributesOf(options));
   }
-  const auto methods = lists.methods == "ten"
-                           ? theTen()
-                           : chosen(lists.methods, "method", wordsOf(kDrawMethodWords));
+  const auto methods = methodsIn(chosen(lists.methods, "method", methodsAndGroups()));
   const auto primitives = chosen(lists.primitives, "primitive", wordsOf(kPrimitiveWords));
   std::vector<Cell> cells;
   for (const unsigned int detail : detailsOf(lists.details)) {

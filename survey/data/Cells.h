@@ -23,7 +23,9 @@ std::string nameOf(const Cell& cell);
 
 /// The lists as a command line gives them.
 struct CellLists {
-  std::string methods = "ten";  ///< "ten": the ten that have always been there; "all": every one
+  /// Or groups: "ten" that have always been there, those of "today", "static" and "stream" by what
+  /// becomes of the vertices, those that a "core" profile has, and "all".
+  std::string methods = "ten";
   std::string primitives = "triStrip";
   std::string details = "8,64,512";
   std::vector<std::string> with = {""};  ///< Sorvanta's own words, each list a set of attributes

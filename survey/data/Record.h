@@ -65,6 +65,7 @@ struct Visit {
 struct FunctionTime {
   std::string function;    ///< empty where its file does not name it
   std::string file;        ///< a library, without its folders; empty for what was made at run time
+  std::uint64_t size = 0;  ///< of its code, in bytes; 0: not known
   double nanoseconds = 0;  ///< of the submitting thread, outside the kernel
 };
 
@@ -198,12 +199,21 @@ struct Record {
   double elapsed = 0;  ///< seconds
 };
 
+/// What somebody wants to draw, for whom the best method is looked for.
+struct Question {
+  double triangles = 0;
+  double strips = 1;
+  bool changes = false;  ///< whether its vertices change every time
+  bool core = false;     ///< whether it must be possible in a core profile
+};
+
 /// What a file holds, and what is shown: sittings whose only side is ranked, or whose sides are
 /// compared with the very first one. Sides of the same name in several sittings are one, which was
 /// measured again.
 struct Result {
   std::vector<Record> sittings;
-  double threshold = 0;  ///< percent: a change that is not larger does not matter
+  double threshold = 0;                ///< percent: a change that is not larger does not matter
+  std::optional<Question> question{};  ///< that the only sitting was taken for
 
   bool isComparison() const { return sittings.size() > 1 || sittings.front().sides.size() > 1; }
   /// Whether all sides drew in turns, in one sitting.

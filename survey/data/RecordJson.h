@@ -43,9 +43,10 @@ NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Program, version, commit, buildType, compiler
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Settings, seconds, precision, frame, seed, device, onScreen,
                                    patience, commandLine)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Visit, cell, block, workers, start, frames, yardstick)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(FunctionTime, function, file, nanoseconds)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(FunctionTime, function, file, size, nanoseconds)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Profile, primitives, time, others, functions, whyNot)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ProfiledVisit, cell, block, sides)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Question, triangles, strips, changes, core)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Side, name, environment, driver, cells, whyNoWorker)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Record, program, settings, machine, before, after, cells, sides,
                                    visits, profiles, ending, signal, elapsed)

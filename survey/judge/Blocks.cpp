@@ -5,6 +5,7 @@
 #include <iterator>
 #include <map>
 
+#include "survey/judge/States.h"
 #include "survey/statistics/Averages.h"
 
 namespace survey {
@@ -111,32 +112,36 @@ std::vector<double> valuesOf(const std::vector<BlockValue>& blocks) {
 
 std::optional<Stalls> stallsOf(const SideView& side, std::size_t cell) {
   constexpr double kFar = 1.25;
-  std::vector<const Frame*> frames;
-  std::vector<double> logarithms;
-  for (const Visit& visit : side.record->visits) {
-    if (visit.cell == cell) {
+  const States states = statesOf(*side.record);
+  std::map<CoreState, std::vector<const Frame*>> frames;
+  for (std::size_t i = 0; i < side.record->visits.size(); ++i) {
+    const Visit& visit = side.record->visits[i];
+    if (visit.cell == cell && states.ofVisits[i]) {
       for (const Frame& frame : side.frames(visit)) {
-        frames.push_back(&frame);
-        logarithms.push_back(logRateOf(frame));
+        if (!frame.disturbed) {
+          frames[*states.ofVisits[i]].push_back(&frame);
+        }
       }
     }
   }
-  if (frames.empty()) {
-    return std::nullopt;
-  }
-  const double typical = kNanosecondsPerSecond / std::exp(median(std::move(logarithms)));
+  double count = 0;
   std::vector<double> longer;
-  for (const Frame* const frame : frames) {
-    const double usual = typical * static_cast<double>(frame->primitives);
-    if (static_cast<double>(frame->time()) > kFar * usual) {
-      longer.push_back(static_cast<double>(frame->time()) - usual);
+  for (const auto& [state, ofState] : frames) {
+    std::vector<double> logarithms;
+    std::transform(ofState.begin(), ofState.end(), std::back_inserter(logarithms),
+                   [](const Frame* frame) { return logRateOf(*frame); });
+    const double typical = kNanosecondsPerSecond / std::exp(median(std::move(logarithms)));
+    count += static_cast<double>(ofState.size());
+    for (const Frame* const frame : ofState) {
+      const double usual = typical * static_cast<double>(frame->primitives);
+      if (static_cast<double>(frame->time()) > kFar * usual) {
+        longer.push_back(static_cast<double>(frame->time()) - usual);
+      }
     }
   }
-  if (longer.empty()) {
-    return std::nullopt;
-  }
-  return Stalls{static_cast<double>(longer.size()) / static_cast<double>(frames.size()),
-                mean(longer)};
+  return longer.empty()
+             ? std::nullopt
+             : std::optional(Stalls{static_cast<double>(longer.size()) / count, mean(longer)});
 }
 
 }  // namespace survey

@@ -32,7 +32,8 @@ BlockRates blockRatiosOf(const SideView& newer, const std::vector<bool>& counts)
 
 std::vector<double> valuesOf(const std::vector<BlockValue>& blocks);
 
-/// Frames that take longer than is typical of their cell, by far.
+/// Undisturbed frames that take longer than is typical of their cell in that state of the core, by
+/// far.
 struct Stalls {
   double part;    ///< of the frames, 0 to 1
   double longer;  ///< nanoseconds, on average

@@ -64,7 +64,8 @@ std::vector<Judgement> judge(const std::vector<Evidence>& evidence, double thres
                              const Sureness& sureness) {
   std::vector<double> ofMeans;
   std::vector<double> ofCells;
-  for (const auto& [cells, estimates, typical, overall, notInOverall, allowance] : evidence) {
+  for (const auto& [cells, estimates, typical, overall, notInOverall, allowance, unlike] :
+       evidence) {
     ofMeans.push_back(overall ? probabilityWithin(*overall, threshold, allowance) : 1);
     for (const Estimate& estimate : estimates) {
       ofCells.push_back(probabilityWithin(estimate, threshold, allowance));
@@ -77,7 +78,8 @@ std::vector<Judgement> judge(const std::vector<Evidence>& evidence, double thres
   std::vector<Judgement> judgements;
   auto changed = cellsChanged.begin();
   for (std::size_t side = 0; side < evidence.size(); ++side) {
-    const auto& [cells, estimates, typical, overall, notInOverall, allowance] = evidence[side];
+    const auto& [cells, estimates, typical, overall, notInOverall, allowance, unlike] =
+        evidence[side];
     Judgement& judgement = judgements.emplace_back();
     for (std::size_t i = 0; i < cells.size(); ++i) {
       CellChange& cell = judgement.cells.emplace_back(CellChange{
@@ -114,7 +116,7 @@ std::vector<Measured> measuredOf(const std::vector<SideView>& views) {
   }
   for (Measured& side : sides) {
     std::stable_sort(side.begin(), side.end(), [](const SideView& one, const SideView& other) {
-      return one.record->before.when < other.record->before.when;
+      return beginOf(one) < beginOf(other);
     });
   }
   return sides;
@@ -156,42 +158,73 @@ void findVisible(const Evidence& evidence, double alarms, std::size_t means, std
   changes.visible = median(std::move(visible));
 }
 
-void findFailures(Changes& changes) {
-  const SideView& base = changes.base;
-  const SideView& newer = changes.newer;
+/// What all sittings of a side say of a cell.
+struct CellHistory {
+  bool isFine = false;     ///< drawn without a fault in one at least
+  bool isBad = false;      ///< speaks against it in one at least
+  bool isGivenUp = false;  ///< likewise
+  bool isDrawn = false;    ///< likewise
+};
+
+CellHistory historyOf(const Measured& side, const Cell& cell) {
+  CellHistory history;
+  for (const SideView& sitting : side) {
+    const auto index = indexOf(cell, *sitting.record);
+    if (!index) {
+      continue;
+    }
+    const CellState& state = sitting.state(*index);
+    history.isFine = history.isFine || (state.answer && !state.isBad());
+    history.isBad = history.isBad || state.isBad();
+    history.isGivenUp = history.isGivenUp || state.isGivenUp();
+    history.isDrawn = history.isDrawn ||
+                      std::any_of(sitting.record->visits.begin(), sitting.record->visits.end(),
+                                  [&](const Visit& visit) {
+                                    return visit.cell == *index && !sitting.frames(visit).empty();
+                                  });
+  }
+  return history;
+}
+
+bool doesNotStart(const Measured& side) {
+  return std::all_of(side.begin(), side.end(), [](const SideView& sitting) {
+    return !sitting.side().started() && !sitting.side().whyNoWorker.empty();
+  });
+}
+
+void findFailures(const Measured& base, const Measured& newer, Changes& changes) {
   const auto hasRatio = [&](std::size_t cell) {
     return std::any_of(changes.cells.begin(), changes.cells.end(),
                        [=](const CellChange& change) { return change.base == cell; });
   };
-  const auto isFine = [](const CellState& state) { return state.answer && !state.isBad(); };
-  const bool newDoesNotStart = !newer.side().started() && !newer.side().whyNoWorker.empty();
   changes.hopeless = changes.cells.empty();
-  for (std::size_t cell = 0; cell < base.record->cells.size(); ++cell) {
-    const auto same = indexOf(base.cell(cell), *newer.record);
+  for (std::size_t cell = 0; cell < base.front().record->cells.size(); ++cell) {
+    const Cell& planned = base.front().cell(cell);
+    const auto same = indexOf(planned, *newer.front().record);
+    const CellHistory ofBase = historyOf(base, planned);
+    const CellHistory ofNew = historyOf(newer, planned);
     if (!same) {
       changes.onlyBase.push_back(cell);
-    } else if (!hasRatio(cell)) {
-      const CellState& ofBase = base.state(cell);
-      const CellState& ofNew = newer.state(*same);
-      const bool wasDrawn = std::any_of(
-          newer.record->visits.begin(), newer.record->visits.end(),
-          [&](const Visit& visit) { return visit.cell == *same && !newer.frames(visit).empty(); });
-      if (ofNew.isGivenUp() && !ofBase.isGivenUp() && wasDrawn) {
+    } else if (hasRatio(cell)) {
+      // One of several sittings gave it up.
+      if (ofNew.isGivenUp && !ofBase.isGivenUp) {
         changes.newDies.push_back(*same);
-        changes.hopeless = false;
-      } else if (newDoesNotStart || (isFine(ofBase) && ofNew.isBad())) {
-        changes.newFails.push_back(*same);
-        changes.hopeless = false;
-      } else if (isFine(ofNew) && ofBase.isBad()) {
-        changes.baseFails.push_back(cell);
-      } else {
-        changes.withoutFigures.push_back(cell);
-        changes.hopeless = changes.hopeless && ofBase.isBad();
       }
+    } else if (ofNew.isGivenUp && !ofBase.isGivenUp && ofNew.isDrawn) {
+      changes.newDies.push_back(*same);
+      changes.hopeless = false;
+    } else if (doesNotStart(newer) || (ofBase.isFine && ofNew.isBad && !ofNew.isFine)) {
+      changes.newFails.push_back(*same);
+      changes.hopeless = false;
+    } else if (ofNew.isFine && ofBase.isBad && !ofBase.isFine) {
+      changes.baseFails.push_back(cell);
+    } else {
+      changes.withoutFigures.push_back(cell);
+      changes.hopeless = changes.hopeless && ofBase.isBad;
     }
   }
-  for (std::size_t cell = 0; cell < newer.record->cells.size(); ++cell) {
-    if (!indexOf(newer.cell(cell), *base.record)) {
+  for (std::size_t cell = 0; cell < newer.front().record->cells.size(); ++cell) {
+    if (!indexOf(newer.front().cell(cell), *base.front().record)) {
       changes.onlyNew.push_back(cell);
     }
   }
@@ -216,8 +249,9 @@ std::vector<Changes> changesOf(const std::vector<SideView>& views, double thresh
     changes.overall = judgements[i].overall;
     changes.notInOverall = evidence[i].notInOverall;
     changes.allowance = kPercent * evidence[i].allowance;
+    changes.inUnlikeStates = evidence[i].inUnlikeStates;
     findVisible(evidence[i], kInTheEnd.falseAlarms / 2, evidence.size(), cells, threshold, changes);
-    findFailures(changes);
+    findFailures(sides.front(), sides[i + 1], changes);
   }
   return all;
 }

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -24,8 +25,9 @@ enum class Verdict {
 };
 
 struct Change {
-  Interval ratio{1, 1, 1};  ///< new to base, with 95 %: of all primitives over all time
-  std::size_t units = 0;    ///< blocks, or sittings, of the side that has fewer
+  /// New to base, with 95 %: of all primitives over all time. Anything, where nothing is known.
+  Interval ratio{0, 1, std::numeric_limits<double>::infinity()};
+  std::size_t units = 0;  ///< blocks, or sittings, of the side that has fewer
   Verdict verdict = Verdict::kUndecided;
   /// Undecided between the same and slower, or worse.
   bool mayBeSlower = true;
@@ -58,11 +60,12 @@ struct Changes {
                                             ///< were not measured often enough
   /// No cell has, or could get, a ratio, and that is not the new side's fault.
   bool hopeless = false;
-  double visible = 0;         ///< percent: a slowdown of one cell that would most probably be found
-  double visibleOverall = 0;  ///< percent: one of all cells
+  double visible = 100;  ///< percent: a slowdown of one cell that would most probably be found
+  double visibleOverall = 100;  ///< percent: one of all cells
   /// Percent by which the intervals are wider at either end, as nobody knows how far sittings
   /// scatter; no change is called real then.
   double allowance = 0;
+  bool inUnlikeStates = false;  ///< no state of the core is there that both sides were measured in
 
   bool isInTurns() const { return base.record == newer.record; }
   /// Whether workers of the new side started at first, and then no more.

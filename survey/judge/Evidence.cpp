@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <ctime>
 #include <functional>
 #include <iterator>
 #include <limits>
-#include <string>
 
 #include "survey/judge/Blocks.h"
 #include "survey/judge/States.h"
@@ -92,31 +93,31 @@ Evidence evidenceInTurns(const SideView& base, const SideView& newer) {
 /// rates, nothing where it has none.
 using Levels = std::vector<std::vector<std::optional<Estimate>>>;  // by cell and sitting
 
-Levels levelsOf(const Measured& side, CoreState shown) {
+Levels levelsOf(const Measured& side, const std::vector<States>& states, CoreState state) {
   Levels levels(side.front().record->cells.size());
-  for (const SideView& sitting : side) {
-    const States states = statesOf(*sitting.record);
+  for (std::size_t i = 0; i < side.size(); ++i) {
+    const SideView& sitting = side[i];
     const BlockRates rates =
-        blockRatesOf(sitting, states.visitsIn(states.areTwo ? shown : CoreState::kFast));
+        blockRatesOf(sitting, states[i].visitsIn(states[i].areTwo ? state : CoreState::kFast));
     for (std::size_t cell = 0; cell < levels.size(); ++cell) {
       const auto same = indexOf(side.front().cell(cell), *sitting.record);
-      const bool known = same && !rates.all[*same].empty();
-      levels[cell].push_back(known ? std::optional(estimateOf(valuesOf(rates.all[*same])))
-                                   : std::nullopt);
+      const bool isThere = same && !rates.all[*same].empty() && !sitting.state(*same).isGivenUp();
+      levels[cell].push_back(isThere ? std::optional(estimateOf(valuesOf(rates.all[*same])))
+                                     : std::nullopt);
     }
   }
   return levels;
 }
 
-/// Sittings are compared in the state that all of them were in for long enough.
-CoreState commonState(const Measured& base, const Measured& newer) {
-  const auto isSlow = [](const SideView& sitting) {
-    return statesOf(*sitting.record).shown == CoreState::kSlow;
+/// How many sittings of the side that has fewer were in that state for long enough.
+std::ptrdiff_t sittingsIn(CoreState state, const std::vector<States>& base,
+                          const std::vector<States>& newer) {
+  const auto count = [=](const std::vector<States>& side) {
+    return std::count_if(side.begin(), side.end(), [=](const States& states) {
+      return !states.areTwo || states.shown == state;
+    });
   };
-  return std::any_of(base.begin(), base.end(), isSlow) ||
-                 std::any_of(newer.begin(), newer.end(), isSlow)
-             ? CoreState::kSlow
-             : CoreState::kFast;
+  return std::min(count(base), count(newer));
 }
 
 /// Whether each sitting of the one side has its neighbour in time on the other.
@@ -124,16 +125,14 @@ bool tookTurns(const Measured& base, const Measured& newer) {
   if (base.size() != newer.size()) {
     return false;
   }
-  const auto begin = [](const SideView& sitting) -> const std::string& {
-    return sitting.record->before.when;  // minmax keeps references
-  };
-  std::string latest;
+  double latest = 0;
   for (std::size_t i = 0; i < base.size(); ++i) {
-    const auto [first, second] = std::minmax(begin(base[i]), begin(newer[i]));
-    if (first <= latest) {
+    const double one = beginOf(base[i]);
+    const double other = beginOf(newer[i]);
+    if (std::min(one, other) <= latest) {
       return false;
     }
-    latest = second;
+    latest = std::max(one, other);
   }
   return true;
 }
@@ -166,13 +165,24 @@ Estimate changeOf(const std::vector<double>& base, const std::vector<double>& ne
 Evidence evidenceOfSittings(const Measured& base, const Measured& newer) {
   /// What sittings of one driver on one machine differ by; docs/performance.md has measured it.
   constexpr double kAllowance = 0.1;
-  const CoreState state = commonState(base, newer);
-  const Levels ofBase = levelsOf(base, state);
-  const Levels ofNew = levelsOf(newer, state);
+  std::vector<const Record*> sittings;
+  for (const Measured* const side : {&base, &newer}) {
+    std::transform(side->begin(), side->end(), std::back_inserter(sittings),
+                   [](const SideView& sitting) { return sitting.record; });
+  }
+  const std::vector<States> states = statesOf(sittings);
+  const std::vector<States> ofBoth[] = {{states.begin(), states.begin() + std::ssize(base)},
+                                        {states.begin() + std::ssize(base), states.end()}};
+  const auto fast = sittingsIn(CoreState::kFast, ofBoth[0], ofBoth[1]);
+  const auto slow = sittingsIn(CoreState::kSlow, ofBoth[0], ofBoth[1]);
+  const CoreState state = slow > fast ? CoreState::kSlow : CoreState::kFast;
+  const Levels ofBase = levelsOf(base, ofBoth[0], state);
+  const Levels ofNew = levelsOf(newer, ofBoth[1], state);
   const bool areSingle = base.size() == 1 || newer.size() == 1;
   const bool inPairs = !areSingle && tookTurns(base, newer);
   Evidence evidence;
   evidence.allowance = areSingle ? kAllowance : 0;
+  evidence.inUnlikeStates = std::max(fast, slow) == 0;
   std::vector<double> baseSums(base.size());
   std::vector<double> newSums(newer.size());
   double count = 0;
@@ -181,7 +191,7 @@ Evidence evidenceOfSittings(const Measured& base, const Measured& newer) {
   };
   for (std::size_t cell = 0; cell < ofBase.size(); ++cell) {
     const auto same = indexOf(base.front().cell(cell), *newer.front().record);
-    if (!same || isGivenUpByOne(base.front().state(cell), newer.front().state(*same))) {
+    if (!same) {
       continue;
     }
     const auto& before = ofBase[cell];
@@ -223,6 +233,26 @@ Evidence evidenceOfSittings(const Measured& base, const Measured& newer) {
 }
 
 }  // namespace
+
+double beginOf(const SideView& sitting) {
+  std::tm time{};
+  char sign = '+';
+  int hours = 0;
+  int minutes = 0;
+  constexpr int kParts = 9;
+  // NOLINTNEXTLINE(cert-err34-c): what does not fit is no time
+  if (std::sscanf(sitting.record->before.when.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d%c%2d:%2d",
+                  &time.tm_year, &time.tm_mon, &time.tm_mday, &time.tm_hour, &time.tm_min,
+                  &time.tm_sec, &sign, &hours, &minutes) != kParts) {
+    return 0;
+  }
+  constexpr int kFirstYear = 1900;
+  constexpr double kMinute = 60;
+  time.tm_year -= kFirstYear;
+  time.tm_mon -= 1;
+  return static_cast<double>(timegm(&time)) -
+         (sign == '-' ? -kMinute : kMinute) * (kMinute * hours + minutes);
+}
 
 std::optional<std::size_t> indexOf(const Cell& cell, const Record& record) {
   const auto place = std::find(record.cells.begin(), record.cells.end(), cell);

@@ -31,6 +31,9 @@ struct Evidence {
                      ///< or one block does not tell how far they scatter
   /// Of every interval, at either end; with one, no change is ever real.
   double allowance = 0;
+  /// Whether no state of the core is there that sittings of both sides were in: or one driver is
+  /// slower at the yardstick itself, which cannot be told from that.
+  bool inUnlikeStates = false;
 };
 
 /// In turns the block is the unit of replication, and cells lend each other certainty about how far
@@ -38,6 +41,9 @@ struct Evidence {
 /// Jones, 2013), and a pair of them where the two sides took turns; where a side has one sitting
 /// alone, nobody knows how far sittings scatter, and the allowance stands for it.
 Evidence evidenceOf(const Measured& base, const Measured& newer);
+
+/// When a sitting began, in seconds since 1970; 0 where its record does not tell.
+double beginOf(const SideView& sitting);
 
 /// The place of that cell in the record, if it is there.
 std::optional<std::size_t> indexOf(const Cell& cell, const Record& record);

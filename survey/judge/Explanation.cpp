@@ -6,6 +6,7 @@
 #include <limits>
 #include <map>
 #include <regex>
+#include <tuple>
 #include <utility>
 
 #include "survey/judge/Figures.h"
@@ -38,12 +39,15 @@ struct Samples {
   std::size_t blocks = 0;
   std::vector<Pair> whole;
   std::vector<Pair> outside;
-  std::map<Key, std::vector<Pair>> functions;  ///< as long as there are blocks so far
+  std::map<Key, std::vector<Pair>> functions;
+  std::map<Key, std::pair<std::uint64_t, std::uint64_t>> sizes;  ///< on either side
 
   void add(double Pair::*side, std::size_t block, const Profile& profile, double vertices) {
     double inFunctions = 0;
     for (const FunctionTime& time : profile.functions) {
-      std::vector<Pair>& pairs = functions[{time.function, withoutVersion(time.file)}];
+      const Key key(time.function, withoutVersion(time.file));
+      (side == &Pair::base ? sizes[key].first : sizes[key].second) = time.size;
+      std::vector<Pair>& pairs = functions[key];
       pairs.resize(blocks);
       pairs[block].*side += time.nanoseconds / vertices;
       inFunctions += time.nanoseconds / vertices;
@@ -71,12 +75,12 @@ Estimate changeOf(const std::vector<Pair>& pairs) {
 }
 
 FunctionChange functionChange(const Key& key, const std::vector<Pair>& pairs) {
-  return {key.first,
-          key.second,
-          meanOf(pairs, &Pair::base),
-          meanOf(pairs, &Pair::newer),
-          intervalOf(changeOf(pairs)),
-          false};
+  FunctionChange change;
+  std::tie(change.function, change.file) = key;
+  change.base = meanOf(pairs, &Pair::base);
+  change.newer = meanOf(pairs, &Pair::newer);
+  change.change = intervalOf(changeOf(pairs));
+  return change;
 }
 
 double probabilityOfNoChange(const std::vector<Pair>& pairs) {
@@ -98,7 +102,8 @@ Explanation explanationOf(std::size_t cell, Samples samples) {
   std::vector<double> probabilities;
   for (auto& [key, pairs] : samples.functions) {
     pairs.resize(samples.blocks);
-    const FunctionChange change = functionChange(key, pairs);
+    FunctionChange change = functionChange(key, pairs);
+    std::tie(change.baseSize, change.newSize) = samples.sizes[key];
     if (change.base > kLeastPart * explanation.base ||
         change.newer > kLeastPart * explanation.newer) {
       explanation.functions.push_back(change);

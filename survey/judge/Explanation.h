@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,9 +19,17 @@ struct FunctionChange {
   std::string file;      ///< without versions; empty for what was made at run time
   double base = 0;
   double newer = 0;
-  Interval change{};     ///< of 95 %, with the process as the unit of replication
+  Interval change{};           ///< of 95 %, with the process as the unit of replication
+  std::uint64_t baseSize = 0;  ///< of its code, in bytes; 0: not known
+  std::uint64_t newSize = 0;
   bool changed = false;  ///< surely, with the chance of any false one among all held at 5 %
 };
+
+/// Whether its code is as long as before: then it is probably the same, in another place or with
+/// other data.
+inline bool hasSameSize(const FunctionChange& function) {
+  return function.baseSize > 0 && function.baseSize == function.newSize;
+}
 
 struct Explanation {
   std::size_t cell = 0;  ///< index into the sitting's cells

@@ -36,7 +36,13 @@ std::vector<Pairs> pairsOf(const std::vector<CellsBlocks>& groups) {
       }
     }
   }
+  const std::vector<Estimate> own = flat;
   shareVariances(flat);
+  for (std::size_t i = 0; i < flat.size(); ++i) {
+    // One that scatters more than others do so for a reason, and pairs that share it do so
+    // together.
+    flat[i].variance.value = std::max(flat[i].variance.value, own[i].variance.value);
+  }
   std::vector<Pairs> all;
   auto estimate = flat.begin();
   for (const CellsBlocks& group : groups) {
@@ -107,8 +113,10 @@ std::vector<std::vector<Ranked>> rankingsOf(const std::vector<CellsBlocks>& grou
 
 Estimate ratioOf(const std::vector<BlockValue>& blocks, const std::vector<BlockValue>& others) {
   const std::vector<double> together = differences(blocks, others);
-  return together.empty() ? difference(estimateOf(valuesOf(blocks)), estimateOf(valuesOf(others)))
-                          : estimateOf(together);
+  const bool isEnough =
+      together.size() > 1 && 2 * together.size() >= std::min(blocks.size(), others.size());
+  return isEnough ? estimateOf(together)
+                  : difference(estimateOf(valuesOf(blocks)), estimateOf(valuesOf(others)));
 }
 
 }  // namespace survey

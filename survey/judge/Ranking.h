@@ -16,13 +16,14 @@ struct Ranked {
 };
 
 /// Of each group its members by ratio, the best first; each member is its blocks' values,
-/// logarithms of what is better if it is more, of which there is at least one. Ratios are of one
-/// block where both were measured in it; all lend each other certainty about how far they scatter.
+/// logarithms of what is better if it is more, of which there is at least one. Ratios lend each
+/// other certainty about how far they scatter; none is taken for surer than it looks by itself.
 /// Leaders are Gupta's subset (1965), which holds the truly best of a group with 95 %; its constant
 /// is Bonferroni's, which needs no like scatter and no independence.
 std::vector<std::vector<Ranked>> rankingsOf(const std::vector<CellsBlocks>& groups);
 
-/// The ratio of one to another, a logarithm, block by block where both were measured.
+/// The ratio of one to another, a logarithm: block by block, where at least half of the blocks of
+/// one of them, and two, have both.
 Estimate ratioOf(const std::vector<BlockValue>& blocks, const std::vector<BlockValue>& others);
 
 }  // namespace survey

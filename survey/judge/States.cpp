@@ -48,37 +48,51 @@ std::vector<bool> States::visitsIn(CoreState state) const {
   return visits;
 }
 
-States statesOf(const Record& record) {
+std::vector<States> statesOf(const std::vector<const Record*>& sittings) {
   std::vector<double> readings;
-  for (const Visit& visit : record.visits) {
-    std::transform(visit.yardstick.begin(), visit.yardstick.end(), std::back_inserter(readings),
-                   [](double rate) { return std::log(rate); });
+  for (const Record* const record : sittings) {
+    for (const Visit& visit : record->visits) {
+      std::transform(visit.yardstick.begin(), visit.yardstick.end(), std::back_inserter(readings),
+                     [](double rate) { return std::log(rate); });
+    }
   }
-  States states;
+  std::vector<States> all;
+  double visits = 0;
+  double fast = 0;
+  double slow = 0;
   const std::optional<TwoLevels> levels = twoLevels(readings, kLeastStep);
-  if (!levels) {
-    states.ofVisits.assign(record.visits.size(), CoreState::kFast);
-    return states;
+  for (const Record* const record : sittings) {
+    States& states = all.emplace_back();
+    std::transform(
+        record->visits.begin(), record->visits.end(), std::back_inserter(states.ofVisits),
+        [&](const Visit& visit) { return levels ? stateOf(visit, *levels) : CoreState::kFast; });
+    const auto count = [&](CoreState state) {
+      return static_cast<double>(
+          std::count(states.ofVisits.begin(), states.ofVisits.end(), std::optional(state)));
+    };
+    const double ofFast = count(CoreState::kFast);
+    const double ofSlow = count(CoreState::kSlow);
+    states.areTwo = true;
+    states.fastShare = ofFast + ofSlow > 0 ? ofFast / (ofFast + ofSlow) : 1;
+    constexpr double kEnough = 0.8;
+    states.shown = static_cast<double>(cellsIn(CoreState::kFast, states, *record)) <
+                           kEnough * static_cast<double>(cellsIn(CoreState::kSlow, states, *record))
+                       ? CoreState::kSlow
+                       : CoreState::kFast;
+    visits += static_cast<double>(record->visits.size());
+    fast += ofFast;
+    slow += ofSlow;
   }
-  std::transform(record.visits.begin(), record.visits.end(), std::back_inserter(states.ofVisits),
-                 [&](const Visit& visit) { return stateOf(visit, *levels); });
-  const auto count = [&](CoreState state) {
-    return static_cast<double>(
-        std::count(states.ofVisits.begin(), states.ofVisits.end(), std::optional(state)));
-  };
-  const double fast = count(CoreState::kFast);
-  const double slow = count(CoreState::kSlow);
-  if (std::min(fast, slow) < kLeastShare * static_cast<double>(record.visits.size())) {
-    states.ofVisits.assign(record.visits.size(), CoreState::kFast);
-    return states;
+  if (!levels || std::min(fast, slow) < kLeastShare * visits || 2 * (fast + slow) < visits) {
+    for (States& states : all) {
+      states = {std::vector<std::optional<CoreState>>(states.ofVisits.size(), CoreState::kFast)};
+    }
   }
-  states.areTwo = true;
-  states.fastShare = fast / (fast + slow);
-  constexpr double kEnough = 0.8;
-  const auto ofFast = static_cast<double>(cellsIn(CoreState::kFast, states, record));
-  const auto ofSlow = static_cast<double>(cellsIn(CoreState::kSlow, states, record));
-  states.shown = ofFast < kEnough * ofSlow ? CoreState::kSlow : CoreState::kFast;
-  return states;
+  return all;
+}
+
+States statesOf(const Record& record) {
+  return statesOf(std::vector{&record}).front();
 }
 
 }  // namespace survey

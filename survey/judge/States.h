@@ -24,7 +24,12 @@ struct States {
   std::vector<bool> visitsIn(CoreState state) const;
 };
 
-/// From the yardstick: a visit counts as fast or slow where both of its readings do.
+/// From the yardstick: a visit counts as fast or slow where both of its readings do. Where that can
+/// be said of fewer than half of the visits, as states do not last, there is one state.
 States statesOf(const Record& record);
+
+/// The same of several sittings of one driver on one machine, whose readings tell the states
+/// together: one of them may have been in a single state.
+std::vector<States> statesOf(const std::vector<const Record*>& sittings);
 
 }  // namespace survey

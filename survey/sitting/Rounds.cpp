@@ -88,7 +88,7 @@ std::vector<std::vector<Frame>> framesInTurns(const std::vector<Worker*>& worker
   const auto drawRound = [&] {
     time = 0;
     disturbed = false;
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count && isInTime(); ++i) {
       const std::size_t side = (begins + i) % count;
       const Frame drawn = frameOf(*workers[side], frame, patience);
       time += static_cast<double>(drawn.time());
@@ -111,8 +111,13 @@ std::vector<std::vector<Frame>> framesInTurns(const std::vector<Worker*>& worker
     drawRound();
     tally.add(time, disturbed);
   }
+  // Whole turns of whole rounds.
+  std::size_t rounds = begins;
+  for (const std::vector<Frame>& ofWorker : frames) {
+    rounds = std::min(rounds, ofWorker.size());
+  }
   for (std::vector<Frame>& ofWorker : frames) {
-    ofWorker.resize(begins - begins % count);
+    ofWorker.resize(rounds - rounds % count);
   }
   return frames;
 }

@@ -21,7 +21,7 @@ bool isDisturbed(const Frame& frame);
 /// Undisturbed rounds, two of one worker and five of several, or as many as fit into their time
 /// where the cell's own frames are longer; among twice as many at most, the disturbed ones with
 /// them. Who begins changes with every round, in the first one it is the first, and all begin
-/// equally often. No round begins after the deadline; none at all are returned where not all could
+/// equally often. No frame begins after the deadline; none at all are returned where not all could
 /// begin once before it.
 std::vector<std::vector<Frame>> framesInTurns(const std::vector<Worker*>& workers, double frame,
                                               std::chrono::milliseconds patience,

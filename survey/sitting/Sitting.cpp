@@ -80,6 +80,15 @@ class Sitting {
     const bool tellsSomething = isAlone() || (sides.size() > 1 && sides.front() == 0);
     return tellsSomething ? sides : std::vector<std::size_t>();
   }
+  /// Whether there is time to set one of those that are open.
+  bool anyFits() const {
+    for (std::size_t cell = 0; cell < record.cells.size(); ++cell) {
+      if (!sidesFor(cell).empty() && secondsLeft() > secondsToSet[cell]) {
+        return true;
+      }
+    }
+    return false;
+  }
   bool anyIsOpen() const {
     for (std::size_t cell = 0; cell < record.cells.size(); ++cell) {
       if (!sidesFor(cell).empty()) {
@@ -97,7 +106,7 @@ class Sitting {
       record.ending = Ending::kNoWorker;
       return false;
     }
-    if (secondsLeft() <= 0) {
+    if (secondsLeft() <= 0 || (anyIsOpen() && !anyFits())) {
       record.ending = Ending::kTimeUp;
       return false;
     }
@@ -107,6 +116,13 @@ class Sitting {
       constexpr std::size_t kBetweenLooks = 2;
       constexpr std::size_t kPart = 8;
       nextLook = blocks + (isAlone() ? std::max<std::size_t>(1, blocks / kPart) : kBetweenLooks);
+      settled = onlookers.settled(record);
+    }
+    if (anyIsOpen()) {
+      return true;
+    }
+    // What was left may have failed since the last look, and was what others waited for.
+    if (blocks > 0) {
       settled = onlookers.settled(record);
     }
     if (anyIsOpen()) {
@@ -143,7 +159,7 @@ class Sitting {
           visit(cell, block, sidesFor(cell));
         }
       }
-    } while (elapsed() < end && anyIsOpen());
+    } while (elapsed() < end && anyFits());
   }
 
   /// Starts what is missing; whether every side could. Where one cannot, the others are tried all
@@ -201,14 +217,17 @@ class Sitting {
     onlookers.tell({1 - left / secondsToMeasure(), left, nameOf(record.cells[cell]), forecast()});
   }
 
-  /// From the part of the cells that has been visited by now, if that is not too small.
+  /// From what was visited by now, once that is as much as all cells that are open, or half of the
+  /// time is over.
   double forecast() const {
-    constexpr std::size_t kPart = 4;
+    std::size_t open = 0;
+    for (std::size_t cell = 0; cell < record.cells.size(); ++cell) {
+      open += sidesFor(cell).empty() ? 0 : 1;
+    }
     const auto visits = static_cast<double>(record.visits.size());
-    const auto cells = static_cast<double>(record.cells.size());
-    return record.visits.size() * kPart < record.cells.size()
+    return open == 0 || (record.visits.size() < open && elapsed() < secondsToMeasure() / 2)
                ? 0
-               : visits / cells * secondsToMeasure() / elapsed();
+               : visits / static_cast<double>(open) * secondsToMeasure() / elapsed();
   }
 
   std::vector<std::vector<Frame>> framesOf(const std::vector<std::size_t>& sides,

@@ -9,6 +9,8 @@
 #include <fmt/format.h>
 #include <sched.h>
 
+#include "survey/sitting/Rounds.h"
+
 namespace survey {
 namespace {
 
@@ -83,7 +85,7 @@ std::optional<double> Workers::yardstick() {
       return std::nullopt;
     }
     const Frame frame = yardstick_->draw(kLeastTime, patienceFor(0));
-    if (frame.primitives > 0 && frame.time() > 0) {
+    if (frame.primitives > 0 && frame.time() > 0 && !isDisturbed(frame)) {
       return kNanosecondsPerSecond * static_cast<double>(frame.primitives) /
              static_cast<double>(frame.time());
     }

@@ -50,18 +50,21 @@ Estimate meanOf(std::span<const Estimate> estimates) {
   const auto count = static_cast<double>(estimates.size());
   Estimate result;
   double parts = 0;
+  double freedoms = 0;
   for (const auto& [mean, variance, values] : estimates) {
     result.mean += mean / count;
     const double share = variance.value / (count * count);
     result.variance.value += share;
     parts += share * share / variance.freedom;
+    freedoms += variance.freedom;
   }
   const bool isKnown =
       std::all_of(estimates.begin(), estimates.end(),
                   [](const Estimate& estimate) { return estimate.variance.freedom > 0; });
+  // Where nothing scatters, all that is known of that comes together.
   result.variance.freedom = !isKnown    ? 0
                             : parts > 0 ? result.variance.value * result.variance.value / parts
-                                        : std::numeric_limits<double>::infinity();
+                                        : freedoms;
   return result;
 }
 

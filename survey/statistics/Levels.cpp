@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <limits>
 #include <numbers>
 #include <vector>
 
@@ -52,6 +54,31 @@ TwoLevels improved(TwoLevels fit, std::span<const double> values) {
   return fit;
 }
 
+double logLikelihood(const TwoLevels& fit, std::span<const double> values) {
+  double sum = 0;
+  for (const double value : values) {
+    sum += std::log(fit.shareOfHigh * std::exp(logDensity(value, fit.high, fit.deviation)) +
+                    (1 - fit.shareOfHigh) * std::exp(logDensity(value, fit.low, fit.deviation)));
+  }
+  return sum;
+}
+
+/// In order, without those that hardly any other lies near to: they are no level.
+std::vector<double> withoutStrays(std::span<const double> values, double near) {
+  constexpr double kLeastPart = 0.01;
+  std::vector<double> sorted(values.begin(), values.end());
+  std::sort(sorted.begin(), sorted.end());
+  const auto fewest =
+      std::max<std::ptrdiff_t>(2, std::lround(kLeastPart * static_cast<double>(sorted.size())));
+  std::vector<double> kept;
+  std::copy_if(sorted.begin(), sorted.end(), std::back_inserter(kept), [&](double value) {
+    return std::upper_bound(sorted.begin(), sorted.end(), value + near) -
+               std::lower_bound(sorted.begin(), sorted.end(), value - near) >=
+           fewest;
+  });
+  return kept;
+}
+
 }  // namespace
 
 double TwoLevels::probabilityOfHigh(double value) const {
@@ -60,28 +87,35 @@ double TwoLevels::probabilityOfHigh(double value) const {
   return 1 / (1 + std::exp(ofLow - ofHigh));
 }
 
-std::optional<TwoLevels> twoLevels(std::span<const double> values, double leastStep) {
+std::optional<TwoLevels> twoLevels(std::span<const double> all, double leastStep) {
+  const std::vector<double> values = withoutStrays(all, leastStep / 2);
   if (values.size() < kFewest) {
     return std::nullopt;
   }
   const auto count = static_cast<double>(values.size());
   const double middle = mean(values);
   const double deviation = deviationAround(values, middle);
-  const auto [least, most] = std::minmax_element(values.begin(), values.end());
-  const TwoLevels fit = improved({*least, *most, deviation / 2, 0.5}, values);
-
   double one = 0;
-  double two = 0;
   for (const double value : values) {
     one += logDensity(value, middle, deviation);
-    two += std::log(fit.shareOfHigh * std::exp(logDensity(value, fit.high, fit.deviation)) +
-                    (1 - fit.shareOfHigh) * std::exp(logDensity(value, fit.low, fit.deviation)));
+  }
+  TwoLevels best{};
+  double two = -std::numeric_limits<double>::infinity();
+  for (const double part : {0.05, 0.2, 0.5, 0.8, 0.95}) {
+    const std::size_t below = std::max<std::size_t>(1, static_cast<std::size_t>(part * count));
+    const std::span<const double> sorted(values);
+    const TwoLevels fit = improved(
+        {mean(sorted.first(below)), mean(sorted.subspan(below)), deviation / 2, 1 - part}, values);
+    if (const double likelihood = logLikelihood(fit, values); likelihood > two) {
+      two = likelihood;
+      best = fit;
+    }
   }
   constexpr double kFurtherParameters = 2;
   const bool preferred = 2 * (two - one) > kFurtherParameters * std::log(count);
-  const double step = fit.high - fit.low;
-  return preferred && step >= leastStep && step >= kLeastStepInDeviations * fit.deviation
-             ? std::optional(fit)
+  const double step = best.high - best.low;
+  return preferred && step >= leastStep && step >= kLeastStepInDeviations * best.deviation
+             ? std::optional(best)
              : std::nullopt;
 }
 

@@ -19,7 +19,8 @@ struct TwoLevels {
 
 /// None where one level says as much: two are found by expectation and maximisation (Dempster,
 /// Laird and Rubin, 1977), taken where Schwarz's criterion (1978) prefers them, and worth a word
-/// only where they lie `leastStep` and four deviations apart.
-std::optional<TwoLevels> twoLevels(std::span<const double> values, double leastStep);
+/// only where they lie `leastStep` and four deviations apart. Single values far from all others do
+/// not count.
+std::optional<TwoLevels> twoLevels(std::span<const double> all, double leastStep);
 
 }  // namespace survey

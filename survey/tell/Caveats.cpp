@@ -107,22 +107,24 @@ Sentences waitingOf(const std::vector<SideView>& sides) {
 }
 
 /// What states the processor was in, where those were two.
-std::string statesInWords(const SideView& side) {
+std::string statesInWords(const SideView& side, bool isRanked) {
   const States states = statesOf(*side.record);
   if (!states.areTwo) {
     return "";
   }
+  const auto percent = [&](const std::optional<CoreState>& state) {
+    const auto count = std::count(states.ofVisits.begin(), states.ofVisits.end(), state);
+    return kPercent * static_cast<double>(count) / static_cast<double>(states.ofVisits.size());
+  };
   const std::string share = fmt::format(
-      "The core was fast in {:.0f} % of the visits and slow, as if it were shared, in the "
-      "others",
-      kPercent * states.fastShare);
-  if (side.record->sides.size() > 1) {
-    return share + "; both sides always were in the same state.";
-  }
-  return share +
-         (states.shown == CoreState::kFast
-              ? "; the figures are those of the fast state."
-              : ": too seldom fast for figures, so that THESE ARE THOSE OF THE SLOW STATE.");
+      "The core was fast in {:.0f} % of the visits, slow, as if it were shared, in {:.0f} %, and "
+      "changed during {:.0f} %, which do not count",
+      percent(CoreState::kFast), percent(CoreState::kSlow), percent(std::nullopt));
+  return share + (!isRanked ? "."
+                  : states.shown == CoreState::kFast
+                      ? "; the figures are those of the fast state."
+                      : "; it was too seldom fast for figures: THESE ARE "
+                        "THOSE OF THE SLOW STATE.");
 }
 
 /// What is said of any sittings, of one side or several.
@@ -135,7 +137,8 @@ Sentences caveatsOf(const std::vector<SideView>& sides) {
   }
   const std::vector<std::string> labels = labelsOf(sides);
   for (std::size_t i = 0; i < sides.size(); ++i) {
-    const std::string states = sides[i].index == 0 ? statesInWords(sides[i]) : "";
+    const std::string states =
+        sides[i].index == 0 ? statesInWords(sides[i], sides.size() == 1) : "";
     if (!states.empty()) {
       sentences.push_back((records.size() > 1 ? labels[i] + ": " : "") + states);
     }
@@ -207,8 +210,12 @@ std::string sensitivityOf(const Changes& changes, double threshold) {
         changes.allowance);
   }
   if (!std::isfinite(changes.visibleOverall) || changes.visibleOverall >= kPercent) {
-    return "One block cannot tell how far blocks scatter, and so nothing could be found; give more "
-           "time with --seconds.";
+    return !changes.isInTurns() ? "So few sittings cannot tell how far they lie apart, and so "
+                                  "nothing could be found; "
+                                  "give more files a side."
+                                : "One block cannot tell how far blocks scatter, and so nothing "
+                                  "could be found; give more "
+                                  "time with --seconds.";
   }
   return fmt::format(
       "Slower by {:.1f} % overall, or by {} in one cell, would most probably have been found (the "
@@ -224,6 +231,12 @@ Sentences caveatsOf(const Changes& changes, double threshold) {
   const std::string& base = changes.base.name();
   const std::string& newer = changes.newer.name();
   Sentences sentences;
+  if (changes.inUnlikeStates) {
+    sentences.push_back(fmt::format(
+        "The core was in another state in the sittings of {} than in those of {}, or one of the "
+        "drivers is slower at the yardstick itself; let them take turns with versus.",
+        newer, base));
+  }
   if (!changes.cells.empty()) {
     sentences.push_back(sensitivityOf(changes, threshold));
   }

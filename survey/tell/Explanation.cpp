@@ -23,9 +23,11 @@ std::string inWords(const FunctionChange& function) {
 /// "4.0 in note (libglapi.so), which was not there before"
 std::string partInWords(const FunctionChange& function, double base) {
   return fmt::format("{:+.1f} in {}{}", kPercent * function.change.middle / base, inWords(function),
-                     function.base == 0    ? ", which was not there before"
-                     : function.newer == 0 ? ", which is no longer there"
-                                           : "");
+                     function.base == 0      ? ", which was not there before"
+                     : function.newer == 0   ? ", which is no longer there"
+                     : hasSameSize(function) ? ", whose code is as long as before (another place "
+                                               "in memory, or other data, may be why)"
+                                             : "");
 }
 
 /// "drawArrays, detail 64: 4.3 % more time; of that 4.0 in note (libglapi.so)"

@@ -3,7 +3,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "survey/judge/Changes.h"
 #include "survey/judge/Figures.h"
 
 namespace survey {
@@ -19,5 +21,13 @@ Result resultOf(std::string_view text);
 /// A side as a table, a row a cell: comma-separated, as RFC 4180 has it, with a row of headings.
 /// Cells without a figure have empty fields, and the reason in the last.
 std::string csvOf(const SideView& side, const Figures& figures);
+
+/// As test runners write it (JUnit's XML): a suite for each part of the table, a case for each
+/// cell. What makes workers fail, fails; what the driver does not run, or was not reached, is
+/// skipped.
+std::string junitOf(const SideView& side, const Figures& figures);
+
+/// The same of comparisons: what is slower fails, what is undecided is skipped.
+std::string junitOf(const std::vector<Changes>& changes);
 
 }  // namespace survey

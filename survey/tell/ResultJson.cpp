@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "survey/data/RecordJson.h"
+#include "survey/judge/Advice.h"
 #include "survey/judge/Changes.h"
 #include "survey/judge/Explanation.h"
 #include "survey/tell/Files.h"
@@ -101,6 +102,8 @@ Json functionJson(const FunctionChange& function) {
           {"base", function.base},
           {"new", function.newer},
           {"change", intervalJson(function.change)},
+          {"base_size", function.baseSize},
+          {"new_size", function.newSize},
           {"changed", function.changed}};
 }
 
@@ -148,6 +151,23 @@ Json changesJson(const Changes& changes) {
           {"status", bisectionStatusOf(changes)}};
 }
 
+/// Times in nanoseconds, the best method first.
+Json adviceJson(const Question& question, const SideView& side) {
+  Json methods = Json::array();
+  for (const MethodAdvice& advice : adviceFor(question, side)) {
+    methods.push_back({{"method", advice.method},
+                       {"blocks", advice.blocks},
+                       {"time", intervalJson(advice.time)},
+                       {"times", intervalJson(advice.times)},
+                       {"leads", advice.leads},
+                       {"per_model", intervalJson(advice.perModel)},
+                       {"per_strip", intervalJson(advice.perStrip)},
+                       {"per_vertex", intervalJson(advice.perVertex)},
+                       {"miss", advice.miss}});
+  }
+  return methods;
+}
+
 /// For eyes what they look for, on one line what is long. A driver's strings need not be UTF-8.
 std::string fileOf(const Json& context, const Json& benchmarks, const Json& own) {
   const auto text = [](const Json& json, int indent) {
@@ -168,6 +188,10 @@ void addAnswers(Json& own, const Result& result) {
                             {"figures", figuresJson(figures, side)},
                             {"costs", costsJson(figures, side)},
                             {"without", withoutJson(side)}});
+  }
+  if (result.question) {
+    own["question"] = nlohmann::json(*result.question);
+    own["advice"] = adviceJson(*result.question, sides.front());
   }
   if (result.isComparison()) {
     const std::vector<Changes> changes = changesOf(sides, result.threshold);
@@ -190,7 +214,9 @@ Result resultIn(const nlohmann::json& own) {
     case 1:
       return resultOfFormatOne(own);
     case kFormat:
-      return {own.at("sittings").get<std::vector<Record>>(), own.value("threshold", 0.0)};
+      return {own.at("sittings").get<std::vector<Record>>(), own.value("threshold", 0.0),
+              own.contains("question") ? std::optional(own.at("question").get<Question>())
+                                       : std::nullopt};
     default:
       throw WrongFormat(
           fmt::format("this result is of format {}, and this version reads formats 1 and {} only",

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "survey/judge/Advice.h"
 #include "survey/judge/Changes.h"
 #include "survey/judge/Figures.h"
 
@@ -15,6 +16,12 @@ namespace survey {
 /// Which method, for how much per call, with which attributes: a sentence for each primitive and
 /// set of attributes.
 std::vector<std::string> answerOf(const SideView& side, const Figures& figures);
+
+// Advice.cpp: for a mesh.
+
+/// "For 40 strips of 500 triangles that never change: multiDrawArrays, 0.213 ms a model ± 3 %;
+/// displayLists cannot be told apart from it; then drawArrays, 1.31 times as long."
+std::string answerOf(const Question& question, const std::vector<MethodAdvice>& advice);
 
 /// What it was measured on: device, driver and machine.
 std::string sourceOf(const SideView& side);
@@ -28,6 +35,10 @@ std::string changeInWords(const Interval& ratio);
 
 /// "new is 7.1 % ± 0.8 % slower; worst: drawArrays, detail 64, 12 %."; a line a side.
 std::vector<std::string> verdictOf(const std::vector<Changes>& changes, double threshold);
+
+/// "drawArrays, detail 64: -4.31 % ± 0.81 % (n = 22)": a line for each cell that changed, or for
+/// all of them together where none did.
+std::string linesOf(const std::vector<Changes>& changes);
 
 /// What they were measured on: a sentence for each, and one for each that is the same driver as the
 /// first.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 #include <stdexcept>
 
 #include <fmt/format.h>
@@ -101,12 +102,17 @@ void requireSound(const Result& result) {
   constexpr double kMostThreshold = 90;
   const bool inRange = result.threshold > 0 && result.threshold <= kMostThreshold;
   require(!result.isComparison() || inRange, "the threshold is no percentage");
-  const std::vector<SideView> sides = sidesOf(result);
-  require(!result.isComparison() || std::any_of(sides.begin(), sides.end(),
-                                                [&](const SideView& side) {
-                                                  return side.name() != sides.front().name();
-                                                }),
-          "there is no side to compare with the first one");
+  std::set<std::string> names;
+  for (const Record& record : result.sittings) {
+    require(result.isInTurns() || record.sides.size() == 1,
+            "sittings of several sides stand beside others");
+    for (const Side& side : record.sides) {
+      names.insert(side.name);
+    }
+  }
+  require(!result.isComparison() || names.size() > 1, "there is but one side to compare");
+  require(!result.isInTurns() || names.size() == result.sittings.front().sides.size(),
+          "sides of one sitting have one name");
   for (std::size_t i = 0; i < result.sittings.size(); ++i) {
     try {
       requireSound(result.sittings[i]);

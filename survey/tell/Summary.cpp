@@ -49,6 +49,18 @@ Summary summaryOf(const SideView& side, const Figures& figures) {
                    caveatsOf(side, figures)});
 }
 
+Summary summaryOf(const Question& question, const SideView& side, const Figures& figures) {
+  const std::vector<MethodAdvice> advice = adviceFor(question, side);
+  std::vector<std::string> caveats = caveatsOf(side, figures);
+  std::erase_if(caveats, [](const std::string& sentence) {
+    return sentence.starts_with("Not as precise");  // the answer has a precision of its own
+  });
+  return harmless({{answerOf(question, advice)},
+                   {sourceOf(side)},
+                   gridsOf(question, advice),
+                   std::move(caveats)});
+}
+
 Summary summaryOf(const std::vector<SideView>& sides, const std::vector<Changes>& changes,
                   double threshold) {
   return harmless({verdictOf(changes, threshold), sourcesOf(sides),

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "survey/judge/Advice.h"
 #include "survey/judge/Changes.h"
 #include "survey/judge/Figures.h"
 #include "survey/tell/Grid.h"
@@ -24,11 +25,17 @@ Summary summaryOf(const SideView& side, const Figures& figures);
 Summary summaryOf(const std::vector<SideView>& sides, const std::vector<Changes>& changes,
                   double threshold);
 
+/// Which method suits a mesh.
+Summary summaryOf(const Question& question, const SideView& side, const Figures& figures);
+
 /// The tables alone: a section for each group, best first, where leaders that cannot be told apart
 /// are marked with '=' and one that is alone with '>'; or one for each group and new side, a row a
 /// cell.
 Grid gridOf(const SideView& side, const Figures& figures);
 Grid gridOf(const std::vector<Changes>& changes);
+
+/// Which methods suit a mesh, the best first; and what a program calls that uses the leaders.
+std::vector<Grid> gridsOf(const Question& question, const std::vector<MethodAdvice>& advice);
 
 /// What attributes cost, a row a cell that has a like one beside it; empty for none.
 Grid costsOf(const SideView& side, const Figures& figures);

@@ -214,6 +214,9 @@ std::string_view inWords(Verdict verdict) {
 }
 
 std::string changeInWords(const Interval& ratio) {
+  if (ratio.middle == 1 && !std::isfinite(ratio.high)) {
+    return "nobody knows how much slower or faster";
+  }
   const double reach = kPercent * ratio.halfWidth();
   return fmt::format("{} ± {} {}", percentOf(ratio),
                      reach < kPercent ? fmt::format("{:.1f} %", reach) : "?", direction(ratio));
@@ -226,6 +229,31 @@ std::vector<std::string> verdictOf(const std::vector<Changes>& changes, double t
     const std::string sentence = verdictOf(ofSide, threshold);
     const bool saysWhose = changes.size() == 1 || sentence.starts_with(name + ' ');
     lines.push_back(saysWhose ? sentence : fmt::format("{}: {}", name, sentence));
+  }
+  return lines;
+}
+
+std::string linesOf(const std::vector<Changes>& changes) {
+  std::string lines;
+  for (const Changes& ofSide : changes) {
+    const std::string prefix = changes.size() > 1 ? ofSide.newer.name() + ", " : "";
+    const auto add = [&](const std::string& what, const Change& change) {
+      const double reach = kPercent * change.ratio.halfWidth();
+      lines += fmt::format("{}{}: {:+.2f} % ± {} (n = {})\n", prefix, what,
+                           kPercent * (change.ratio.middle - 1),
+                           reach < kPercent ? fmt::format("{:.2f} %", reach) : "?", change.units);
+    };
+    const std::size_t before = lines.size();
+    for (const CellChange& cell : ofSide.cells) {
+      if (cell.change.verdict == Verdict::kSlower || cell.change.verdict == Verdict::kFaster) {
+        add(cellInWords(ofSide.base.cell(cell.base)), cell.change);
+      }
+    }
+    if (lines.size() == before && !ofSide.cells.empty()) {
+      Change overall = ofSide.overall;
+      overall.units = ofSide.cells.size();
+      add("all cells", overall);
+    }
   }
   return lines;
 }

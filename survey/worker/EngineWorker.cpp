@@ -314,7 +314,7 @@ Profile EngineSubject::profile(std::chrono::microseconds leastTime, int frames) 
   profile.whyNot = sampler->whyNot();
   SampledClocks sampled(*sampler, *clocks);
   test->setFrameObserver(&sampled);
-  std::map<std::pair<std::string, std::string>, std::size_t> counts;
+  std::map<Symbols::Function, std::size_t> counts;
   for (int i = 0; i < frames; ++i) {
     const Frame frame = draw(leastTime);
     profile.primitives += frame.primitives;
@@ -327,8 +327,8 @@ Profile EngineSubject::profile(std::chrono::microseconds leastTime, int frames) 
   }
   test->setFrameObserver(&*clocks);
   for (const auto& [function, count] : counts) {
-    profile.functions.push_back(
-        {function.first, function.second, static_cast<double>(count * Sampler::kPeriod)});
+    profile.functions.push_back({function.name, function.file, function.size,
+                                 static_cast<double>(count * Sampler::kPeriod)});
   }
   return profile;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 
 #include <cxxabi.h>
@@ -62,7 +63,7 @@ Symbols::~Symbols() {
   dwfl_end(session_);
 }
 
-std::pair<std::string, std::string> Symbols::functionAt(std::uint64_t address) const {
+Symbols::Function Symbols::functionAt(std::uint64_t address) const {
   const auto after = mapped_.upper_bound(address);
   if (after == mapped_.begin() || address >= std::prev(after)->second.end) {
     return {};
@@ -76,7 +77,7 @@ std::pair<std::string, std::string> Symbols::functionAt(std::uint64_t address) c
           : dwfl_module_addrinfo(file.module, address, &offset, &symbol, nullptr, nullptr, nullptr);
   // The nearest symbol before may be another function's, where the file was stripped.
   const bool isIn = name != nullptr && offset < symbol.st_size;
-  return {isIn ? readable(name) : "", withoutFolders(file.path)};
+  return {isIn ? readable(name) : "", withoutFolders(file.path), isIn ? symbol.st_size : 0};
 }
 
 }  // namespace survey

@@ -1,10 +1,10 @@
 /// The functions of this process by their addresses.
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <map>
 #include <string>
-#include <utility>
 
 struct Dwfl;
 struct Dwfl_Module;
@@ -20,9 +20,15 @@ class Symbols {
   Symbols& operator=(const Symbols&) = delete;
   ~Symbols();
 
-  /// The function that an address lies in, and the file that this is in, without its folders. An
-  /// empty function: the file does not name it; an empty file: it was made at run time.
-  std::pair<std::string, std::string> functionAt(std::uint64_t address) const;
+  struct Function {
+    std::string name;        ///< empty where the file does not name it
+    std::string file;        ///< without its folders; empty for what was made at run time
+    std::uint64_t size = 0;  ///< in bytes; 0: not known
+
+    auto operator<=>(const Function&) const = default;
+  };
+  /// The one that an address lies in.
+  Function functionAt(std::uint64_t address) const;
 
  private:
   struct Mapped {

@@ -80,5 +80,5 @@ start_x_server() {
 
 # The words of all draw methods.
 methods() {
-  sed -n '/kDrawMethodWords = /,/};/s/.*"\(.*\)".*/\1/p' "$root/words/DrawMethods.h" | grep .
+  sed -n 's/^    {k[A-Za-z]*, "\([A-Za-z]*\)",.*/\1/p' "$root/words/DrawMethods.h" | grep .
 }

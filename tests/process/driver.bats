@@ -61,7 +61,7 @@ ENDS
 @test "Cells that sent less are ranked among their like and say so" {
   run -0 --separate-stderr "$survey" run --methods drawArrays,immediateMode,drawArraysWithStaticVBO \
     --details 8 --with '-c -n' --with -m --frame 1 --seconds 20 --precision 100
-  output=$(grep -e ^Detail -e sends -e changes -e 'StaticVBO  ' <<<"$output")
+  output=$(grep -e ^Detail -e sends -e changes -e '^.  .*StaticVBO  ' <<<"$output")
   matches 'Detail 8, triStrip, with -n
 .*StaticVBO .*\[.\]
 Detail 8, triStrip, with -n -c

@@ -19,6 +19,16 @@ Detail 8, triStrip, vertices alone
 Detail 64(?s:.*)'
 }
 
+@test "Advice answers for a mesh of another shape" {
+  run -0 --separate-stderr "$scripted" advise --triangles 2000 --strips 10 --changes every-frame \
+    --seconds 10 --unoptimised --json advice.json
+  output=$(head -1 <<<"$output")
+  matches 'For 10 strips of 200 triangles that change every time: streamPersistent, [0-9.]+ µs a model .*'
+  grep '"question":{"changes":true' advice.json
+  run -255 "$scripted" advise --triangles 10 --strips 11
+  matches '.*there cannot be more strips than triangles\.?'
+}
+
 @test "A fault costs its cell with the reason" {
   while read -r deed reason; do
     SCRIPT=displayLists/triStrip/8=$deed run -0 --separate-stderr survey --patience 3 --seconds 8
@@ -205,7 +215,7 @@ completed_from() {
 }
 
 @test "Documents name every option and method" {
-  commands=(run versus compare report)
+  commands=(run advise versus compare report)
   for command in "${commands[@]}"; do
     "$scripted" "$command" --help
   done | grep -o -e '--[a-z-]*' | grep -v help | sort -u >options
@@ -216,7 +226,7 @@ completed_from() {
   for command in "${commands[@]}"; do
     completed "$command"
   done | grep -v help | sort -u | diff options -
-  (echo all; echo ten; methods) | sort | diff <(completed run --methods | sort) -
+  (printf "%s\n" all ten today static stream core; methods) | sort | diff <(completed run --methods | sort) -
 }
 
 @test "Completion goes on in lists, behind an equals sign, and into directories" {

@@ -231,7 +231,8 @@ Changes changesBetween(std::vector<Record>& sittings, const std::vector<std::str
   std::vector<SideView> sides;
   for (std::size_t i = 0; i < sittings.size(); ++i) {
     sittings[i].sides[0].name = names[i];
-    sittings[i].before.when = "2026-01-0" + std::to_string(i + 1);
+    // One hour of the day, in zones from east to west.
+    sittings[i].before.when = "2026-01-01T20:00:00+0" + std::to_string(9 - i) + ":00";
     sides.push_back({&sittings[i], 0});
   }
   Changes changes = changesOf(sides, 5).front();
@@ -254,6 +255,63 @@ TEST(ChangesOfSittings, AreNoneWhereASideHasASingleSitting) {
     changes = changesOf({{&sittings[0], 0}, {&sittings[1], 0}}, 25).front();
     EXPECT_EQ(bisectionStatusOf(changes), factor == 1 ? kNothingSlower : kUndecidedStatus);
   }
+}
+
+TEST(ChangesOfSittings, ArePairsWhereTheSidesTookTurns) {
+  std::mt19937_64 random(97);
+  const Record record = simulate({.dwell = 1e6, .cells = 4}, random).record;
+  const auto uncertainty = [&](const std::vector<std::string>& names) {
+    std::vector<Record> sittings(6, record);
+    for (std::size_t i = 0; i < sittings.size(); ++i) {
+      stretch(sittings[i], 0, (1 + 0.2 * static_cast<double>(i / 2)) * (1 + 0.001 * (i % 3)));
+    }
+    return changesBetween(sittings, names).overall.ratio.halfWidth();
+  };
+  // A machine that becomes slower and slower is no matter between neighbours in time.
+  EXPECT_LT(uncertainty({"old", "new", "new", "old", "old", "new"}), 0.01);
+  EXPECT_GT(uncertainty({"old", "old", "old", "new", "new", "new"}), 0.1);
+}
+
+TEST(ChangesOfSittings, AreNoneBetweenStatesOfTheCore) {
+  std::mt19937_64 random(103);
+  const Record record = simulate({.dwell = 1e6, .cells = 4}, random).record;
+  std::vector<Record> sittings(4, record);
+  for (const std::size_t i : {2, 3}) {
+    stretch(sittings[i], 0, 1.5);
+    for (Visit& visit : sittings[i].visits) {
+      visit.yardstick = {visit.yardstick[0] * 0.6, visit.yardstick[1] * 0.6};
+    }
+  }
+  const Changes changes = changesBetween(sittings, {"old", "old", "new", "new"});
+  EXPECT_TRUE(changes.inUnlikeStates);
+  EXPECT_TRUE(changes.cells.empty());
+  EXPECT_EQ(bisectionStatusOf(changes), kUndecidedStatus);
+}
+
+TEST(ChangesOfSittings, LookAtEverySittingForFailures) {
+  std::mt19937_64 random(101);
+  const SimulatedSurvey survey = simulate({.dwell = 1e6, .cells = 3, .blocks = 6}, random);
+  std::vector<Record> sittings;
+  for (int i = 0; i < 4; ++i) {
+    sittings.push_back(simulateAgain(survey, {.dwell = 1e6, .cells = 3, .blocks = 6}, 1, random));
+  }
+  const std::vector<std::string> names = {"old", "old", "new", "new"};
+  sittings[3].sides[0].cells[0].faults = {"died", "died"};
+  sittings[2].sides[0].cells[1].faults = {"died", "died"};
+  sittings[3].sides[0].cells[1].faults = {"died", "died"};
+  for (const std::size_t i : {2, 3}) {
+    std::erase_if(sittings[i].visits, [](const Visit& visit) { return visit.cell == 1; });
+  }
+  Changes changes = changesBetween(sittings, names);
+  EXPECT_EQ(changes.newDies, (std::vector<std::size_t>{0}));
+  EXPECT_EQ(changes.newFails, (std::vector<std::size_t>{1}));
+  EXPECT_EQ(changes.cells.size(), 2U);
+  // Nothing that all sittings have: nobody knows how the whole has changed.
+  std::erase_if(sittings[0].visits, [](const Visit& visit) { return visit.cell != 0; });
+  std::erase_if(sittings[2].visits, [](const Visit& visit) { return visit.cell != 2; });
+  changes = changesBetween(sittings, names);
+  EXPECT_EQ(changes.overall.ratio.high, INFINITY);
+  EXPECT_EQ(changes.visibleOverall, 100);
 }
 
 TEST(ChangesOfSittings, HaveTheSittingAsTheirUnit) {
@@ -281,7 +339,7 @@ TEST(ChangesOfSittings, HaveTheSittingAsTheirUnit) {
       found += bisectionStatusOf(sittingsOf(together, 0.2)) == kSomethingSlower ? 1 : 0;
     }
     EXPECT_LE(alarms, kMost);
-    EXPECT_GE(found, machine.sitting > 0 ? kComparisons * 9 / 10 : 0) << alarms;
+    EXPECT_GE(found, machine.sitting > 0 ? kComparisons * 8 / 10 : 0) << alarms;
   }
 }
 

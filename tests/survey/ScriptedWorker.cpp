@@ -142,7 +142,8 @@ class ScriptedSubject : public Subject {
     return {static_cast<std::uint64_t>(rate * whole / 1e9),
             whole,
             0,
-            {{"draw", "libscripted.so.1", usual}, {"slowed", "libscripted.so.1", whole - usual}},
+            {{"draw", "libscripted.so.1", 100, usual},
+             {"slowed", "libscripted.so.1", 0, whole - usual}},
             variable("SAMPLES")};
   }
 

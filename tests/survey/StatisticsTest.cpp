@@ -26,6 +26,7 @@ TEST(Estimate, OfFewValuesIsStudents) {
   EXPECT_NEAR(middle.mean, 3, 1e-12);
   EXPECT_NEAR(middle.variance.value, 0.3, 1e-12);
   EXPECT_NEAR(middle.variance.freedom, 6, 1e-9);
+  EXPECT_EQ(difference({2, {0, 3}}, {1, {0, 4}}).variance.freedom, 7);
 }
 
 TEST(Holm, StepsDownUntilOneIsNotSureEnough) {
@@ -56,6 +57,8 @@ TEST(TwoLevels, AreFoundWhereThereAreTwo) {
   EXPECT_NEAR(levels->shareOfHigh, 0.8, 0.01);
   EXPECT_GT(levels->probabilityOfHigh(-0.1), 0.99);
   EXPECT_LT(levels->probabilityOfHigh(-0.5), 0.01);
+  values[1] = -1.5;  // a stray one is no level
+  EXPECT_NEAR(twoLevels(values, 0.1).value().low, -0.6, 0.02);
   EXPECT_FALSE(twoLevels(values, 0.7));
   EXPECT_FALSE(twoLevels(std::vector<double>(20, 1.0), 0.1));
 }
