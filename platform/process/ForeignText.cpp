@@ -36,9 +36,10 @@ Character firstOf(std::string_view text) {
   return {code, isSound ? bytes : 0};
 }
 
-/// Terminals obey the second block as well. The last two are line ends.
+/// Terminals obey the second block as well. Then there are line ends, and what XML must not hold.
 bool isControl(std::uint32_t code) {
-  return code < 0x20 || (code >= 0x7F && code <= 0x9F) || code == 0x2028 || code == 0x2029;
+  return code < 0x20 || (code >= 0x7F && code <= 0x9F) || code == 0x2028 || code == 0x2029 ||
+         (code & 0xFFFE) == 0xFFFE;
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ std::string hexadecimal(const unsigned char* bytes, std::size_t count) {
 
 /// Among the notes of a segment; empty where there is none.
 std::string buildIdAmong(const unsigned char* notes, std::size_t size, std::size_t alignment) {
-  constexpr std::string_view kOwner("GNU", 4);  // with its zero
+  constexpr char kOwner[] = "GNU";  // with its zero
   const auto padded = [=](std::size_t length) {
     return (length + alignment - 1) / alignment * alignment;
   };
@@ -33,8 +33,8 @@ std::string buildIdAmong(const unsigned char* notes, std::size_t size, std::size
     if (content + note.n_descsz > size) {
       return "";
     }
-    if (note.n_type == NT_GNU_BUILD_ID && note.n_namesz == kOwner.size() &&
-        std::memcmp(notes + sizeof note, kOwner.data(), kOwner.size()) == 0) {
+    if (note.n_type == NT_GNU_BUILD_ID && note.n_namesz == sizeof kOwner &&
+        std::memcmp(notes + sizeof note, kOwner, sizeof kOwner) == 0) {
       return hexadecimal(notes + content, note.n_descsz);
     }
     const std::size_t whole = content + padded(note.n_descsz);

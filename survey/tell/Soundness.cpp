@@ -66,12 +66,8 @@ void requireSound(const Record& record) {
     require(cell.detail >= kLeastDetail && cell.detail <= kMostDetail,
             fmt::format("there is a cell of detail {}", cell.detail));
   }
-  for (std::size_t side = 0; side < record.sides.size(); ++side) {
-    requireSoundSide(record, record.sides[side]);
-    for (std::size_t other = 0; other < side; ++other) {
-      require(record.sides[side].name != record.sides[other].name,
-              fmt::format("two sides are called '{}'", record.sides[side].name));
-    }
+  for (const Side& side : record.sides) {
+    requireSoundSide(record, side);
   }
   constexpr std::size_t kMostBlocks = 1'000'000;
   for (std::size_t i = 0; i < record.visits.size(); ++i) {
@@ -113,6 +109,9 @@ void requireSound(const Result& result) {
   require(!result.isComparison() || names.size() > 1, "there is but one side to compare");
   require(!result.isInTurns() || names.size() == result.sittings.front().sides.size(),
           "sides of one sitting have one name");
+  require(!result.question || (!result.isComparison() && isUsable(result.question->triangles) &&
+                               isUsable(result.question->strips)),
+          "the question is none");
   for (std::size_t i = 0; i < result.sittings.size(); ++i) {
     try {
       requireSound(result.sittings[i]);

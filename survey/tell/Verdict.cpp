@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/process/ForeignText.h"
 #include "survey/tell/Numbers.h"
 #include "survey/tell/Sentences.h"
 
@@ -239,9 +240,11 @@ std::string linesOf(const std::vector<Changes>& changes) {
     const std::string prefix = changes.size() > 1 ? ofSide.newer.name() + ", " : "";
     const auto add = [&](const std::string& what, const Change& change) {
       const double reach = kPercent * change.ratio.halfWidth();
-      lines += fmt::format("{}{}: {:+.2f} % ± {} (n = {})\n", prefix, what,
-                           kPercent * (change.ratio.middle - 1),
-                           reach < kPercent ? fmt::format("{:.2f} %", reach) : "?", change.units);
+      lines +=
+          harmless(fmt::format(
+              "{}{}: {:+.2f} % ± {} (n = {})", prefix, what, kPercent * (change.ratio.middle - 1),
+              reach < kPercent ? fmt::format("{:.2f} %", reach) : "?", change.units)) +
+          '\n';
     };
     const std::size_t before = lines.size();
     for (const CellChange& cell : ofSide.cells) {

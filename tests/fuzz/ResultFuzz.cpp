@@ -8,6 +8,7 @@
 #include "survey/judge/Changes.h"
 #include "survey/tell/Files.h"
 #include "survey/tell/Page.h"
+#include "survey/tell/Sentences.h"
 #include "survey/tell/Summary.h"
 
 namespace {
@@ -20,12 +21,17 @@ void showAll(const Result& result) {
     const Figures figures = figuresOf(side);
     asText(summaryOf(side, figures), true);
     csvOf(side, figures);
+    junitOf(side, figures);
   }
   if (result.isComparison()) {
     const std::vector<Changes> changes = changesOf(sides, result.threshold);
     asMarkdown(summaryOf(sides, changes, result.threshold));
-    bisectionStatusOf(changes);
+    junitOf(changes);
+    linesOf(changes);
     decidedSoFar(result.sittings.front(), result.threshold);
+  }
+  if (result.question) {
+    asMarkdown(summaryOf(*result.question, sides.front(), figuresOf(sides.front())));
   }
   pageOf({{"fuzz", result}});
   resultOf(resultJson(result));  // what is written is read again

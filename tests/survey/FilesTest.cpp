@@ -187,6 +187,12 @@ TEST(ResultJson, IsNotBelievedUnread) {
   EXPECT_THROW(resultOf(json.dump()), std::runtime_error);  // one side, measured again
   own["sittings"][1]["sides"][0]["name"] = "new";
   EXPECT_NO_THROW(resultOf(json.dump()));
+  own["question"] = Question{2, 1};
+  EXPECT_THROW(resultOf(json.dump()), std::runtime_error);  // of a comparison
+  own["sittings"].erase(1);
+  EXPECT_NO_THROW(resultOf(json.dump()));
+  own["question"]["strips"] = 0;
+  EXPECT_THROW(resultOf(json.dump()), std::runtime_error);
 }
 
 TEST(Summary, HoldsNothingThatActsOnWhereItIsShown) {
