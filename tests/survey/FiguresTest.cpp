@@ -63,7 +63,7 @@ TEST_P(Simulated, IntervalsHoldTheTruthOfTheStateThatTheyAreOf) {
     // What stays in one state says nothing of which that is.
     const bool isSlow = figures.states.shown == CoreState::kSlow ||
                         (!figures.states.areTwo && record.visits[0].yardstick[0] < 30e6);
-    const auto truth = [&](const CellFigure& figure) {
+    const auto truth = [&fast = fast, &slow = slow, isSlow](const CellFigure& figure) {
       return fast[figure.cell] * (isSlow ? slow[figure.cell] : 1);
     };
     for (const CellFigure& figure : ranking) {
