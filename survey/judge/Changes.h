@@ -74,7 +74,7 @@ struct Changes {
 
 /// Of all sides but the first, in order; views of one name are one side, in several sittings.
 /// `threshold` in percent.
-std::vector<Changes> changesOf(const std::vector<SideView>& sides, double threshold);
+std::vector<Changes> changesOf(const std::vector<SideView>& views, double threshold);
 
 /// A moment during a sitting of several sides: by side and cell whether it is surer than it needs
 /// to be in the end, so that looking early does not add false alarms (the rule of Haybittle and

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <regex>
@@ -68,9 +69,8 @@ double meanOf(const std::vector<Pair>& pairs, double Pair::*side) {
 /// New without base.
 Estimate changeOf(const std::vector<Pair>& pairs) {
   std::vector<double> changes;
-  for (const Pair& pair : pairs) {
-    changes.push_back(pair.newer - pair.base);
-  }
+  std::transform(pairs.begin(), pairs.end(), std::back_inserter(changes),
+                 [](const Pair& pair) { return pair.newer - pair.base; });
   return estimateOf(changes);
 }
 
