@@ -1,10 +1,10 @@
 /// The functions of this process by their addresses.
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <string>
+#include <tuple>
 
 struct Dwfl;
 struct Dwfl_Module;
@@ -25,7 +25,9 @@ class Symbols {
     std::string file;        ///< without its folders; empty for what was made at run time
     std::uint64_t size = 0;  ///< in bytes; 0: not known
 
-    auto operator<=>(const Function&) const = default;
+    bool operator<(const Function& other) const {
+      return std::tie(name, file, size) < std::tie(other.name, other.file, other.size);
+    }
   };
   /// The one that an address lies in.
   Function functionAt(std::uint64_t address) const;
