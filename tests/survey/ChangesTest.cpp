@@ -263,7 +263,8 @@ TEST(ChangesOfSittings, ArePairsWhereTheSidesTookTurns) {
   const auto uncertainty = [&](const std::vector<std::string>& names) {
     std::vector<Record> sittings(6, record);
     for (std::size_t i = 0; i < sittings.size(); ++i) {
-      stretch(sittings[i], 0, (1 + 0.2 * static_cast<double>(i / 2)) * (1 + 0.001 * (i % 3)));
+      stretch(sittings[i], 0,
+              (1 + 0.2 * std::floor(static_cast<double>(i) / 2)) * (1 + 0.001 * (i % 3)));
     }
     return changesBetween(sittings, names).overall.ratio.halfWidth();
   };
@@ -291,9 +292,9 @@ TEST(ChangesOfSittings, AreNoneBetweenStatesOfTheCore) {
 TEST(ChangesOfSittings, LookAtEverySittingForFailures) {
   std::mt19937_64 random(101);
   const SimulatedSurvey survey = simulate({.dwell = 1e6, .cells = 3, .blocks = 6}, random);
-  std::vector<Record> sittings;
-  for (int i = 0; i < 4; ++i) {
-    sittings.push_back(simulateAgain(survey, {.dwell = 1e6, .cells = 3, .blocks = 6}, 1, random));
+  std::vector<Record> sittings(4);
+  for (Record& sitting : sittings) {
+    sitting = simulateAgain(survey, {.dwell = 1e6, .cells = 3, .blocks = 6}, 1, random);
   }
   const std::vector<std::string> names = {"old", "old", "new", "new"};
   sittings[3].sides[0].cells[0].faults = {"died", "died"};
@@ -330,6 +331,7 @@ TEST(ChangesOfSittings, HaveTheSittingAsTheirUnit) {
       const SimulatedSurvey survey = simulate(machine, random);
       const auto sittingsOf = [&](const std::vector<std::string>& names, double effect) {
         std::vector<Record> sittings;
+        sittings.reserve(names.size());
         for (const std::string& name : names) {
           sittings.push_back(simulateAgain(survey, machine, name == "new" ? effect : 1, random));
         }

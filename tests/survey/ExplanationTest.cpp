@@ -26,7 +26,7 @@ Record sampled(double more, std::mt19937_64& random) {
     ProfiledVisit visit{0, block, std::vector<Profile>(2)};
     for (std::size_t side = 0; side < 2; ++side) {
       Profile& profile = visit.sides[side];
-      profile.primitives = 8192 * 100;
+      profile.primitives = 819200;
       profile.time = 1e6;  // outside of functions
       for (std::size_t i = 0; i < kFunctions; ++i) {
         const bool isSlower = side == 1 && i == 3;
