@@ -37,17 +37,17 @@ std::string readable(const char* symbol) {
 
 }  // namespace
 
-Symbols::Symbols() : session_(dwfl_begin(&kCallbacks)) {
-  const bool isReported = session_ != nullptr && dwfl_linux_proc_report(session_, getpid()) == 0 &&
-                          dwfl_report_end(session_, nullptr, nullptr) == 0;
-  // The session's own search by address takes gaps between a file's parts for the file.
+Symbols::Symbols() : dwfl_(dwfl_begin(&kCallbacks)) {
+  const bool isReported = dwfl_ != nullptr && dwfl_linux_proc_report(dwfl_, getpid()) == 0 &&
+                          dwfl_report_end(dwfl_, nullptr, nullptr) == 0;
+  // Its own search by address takes gaps between a file's parts for the file.
   const auto add = [&](const dl_phdr_info& file) {
     for (int i = 0; i < file.dlpi_phnum; ++i) {
       const ElfW(Phdr)& part = file.dlpi_phdr[i];
       if (part.p_type == PT_LOAD && (part.p_flags & PF_X) != 0) {
         const std::uint64_t begin = file.dlpi_addr + part.p_vaddr;
         mapped_[begin] = {begin + part.p_memsz, pathOf(file),
-                          isReported ? dwfl_addrmodule(session_, begin) : nullptr};
+                          isReported ? dwfl_addrmodule(dwfl_, begin) : nullptr};
       }
     }
   };
@@ -60,7 +60,7 @@ Symbols::Symbols() : session_(dwfl_begin(&kCallbacks)) {
 }
 
 Symbols::~Symbols() {
-  dwfl_end(session_);
+  dwfl_end(dwfl_);
 }
 
 Symbols::Function Symbols::functionAt(std::uint64_t address) const {

@@ -39,7 +39,7 @@ class Symbols {
     Dwfl_Module* module;  ///< null where the file tells nothing
   };
 
-  Dwfl* session_;
+  Dwfl* dwfl_;
   std::map<std::uint64_t, Mapped> mapped_;  ///< by where it begins
 };
 
