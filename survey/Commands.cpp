@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <functional>
 #include <iterator>
-#include <limits>
 #include <set>
 #include <utility>
 
@@ -81,33 +80,6 @@ int tellComparison(const Result& result, const Outputs& outputs) {
              : kUnusable;
 }
 
-/// Where the core has two states: cells that were drawn in the one that counts by some visits more
-/// than others were, which are to catch up.
-std::vector<bool> cellsAhead(const SideView& side, const Figures& figures) {
-  constexpr std::size_t kMostAhead = 4;
-  const std::size_t cells = side.record->cells.size();
-  std::vector<std::size_t> all(cells, 0);
-  for (const Visit& visit : side.record->visits) {
-    ++all[visit.cell];
-  }
-  std::vector<std::size_t> counting(cells, 0);
-  std::size_t fewest = std::numeric_limits<std::size_t>::max();
-  for (const Group& group : figures.groups) {
-    for (const CellFigure& figure : group.ranking) {
-      counting[figure.cell] = figure.visits;
-      // Where even twice the visits did not help, others are not to wait.
-      const bool hopes = all[figure.cell] <= 2 * side.record->visits.size() / cells;
-      fewest =
-          hopes && !side.state(figure.cell).isGivenUp() ? std::min(fewest, figure.visits) : fewest;
-    }
-  }
-  std::vector<bool> ahead;
-  std::transform(counting.begin(), counting.end(), std::back_inserter(ahead), [&](std::size_t own) {
-    return figures.states.areTwo && own > fewest && own - fewest > kMostAhead;
-  });
-  return ahead;
-}
-
 /// Everything of a single side is settled at once, when all of it is precise.
 Settled settledSoFar(const Record& record, double threshold) {
   if (record.sides.size() > 1) {
@@ -135,23 +107,7 @@ std::vector<std::size_t> cellsToExplain(const Record& record, const SittingComma
   if (!cells.empty()) {
     return cells;
   }
-  std::vector<std::pair<double, std::size_t>> changed;  // by size, largest first
-  for (const Changes& ofSide : changesOf(sidesOf(record), command.threshold)) {
-    const bool all = ofSide.overall.verdict == Verdict::kSlower;
-    for (const CellChange& cell : ofSide.cells) {
-      const Verdict verdict = cell.change.verdict;
-      if (all || verdict == Verdict::kSlower || verdict == Verdict::kFaster) {
-        changed.emplace_back(-std::abs(std::log(cell.change.ratio.middle)), cell.base);
-      }
-    }
-  }
-  std::sort(changed.begin(), changed.end());
-  for (const auto& [size, cell] : changed) {
-    if (cells.size() < kMost && std::find(cells.begin(), cells.end(), cell) == cells.end()) {
-      cells.push_back(cell);
-    }
-  }
-  return cells;
+  return changedMost(changesOf(sidesOf(record), command.threshold), kMost);
 }
 
 /// Before it is spent: with fewer visits nobody knows how far they scatter.

@@ -76,9 +76,10 @@ inline constexpr std::array<DrawMethodWord, 16> kDrawMethodWords = {{
     {kMultiDrawArrays, "multiDrawArrays", DrawUnit::kModel, VertexUse::kKept, true,
      "once glBufferData with GL_STATIC_DRAW, glGenVertexArrays; then glMultiDrawArrays"},
     {kMultiDrawArraysIndirect, "multiDrawArraysIndirect", DrawUnit::kModel, VertexUse::kKept, true,
-     "the same, with the draws in a GL_DRAW_INDIRECT_BUFFER; then glMultiDrawArraysIndirect"},
+     "once glBufferData, also of the draws, glGenVertexArrays; then glMultiDrawArraysIndirect"},
     {kDrawElementsWithRestart, "drawElementsWithRestart", DrawUnit::kModel, VertexUse::kKept, true,
-     "the same, with an index buffer and glPrimitiveRestartIndex; then glDrawElements"},
+     "once glBufferData, also of indices, glGenVertexArrays; then glPrimitiveRestartIndex, "
+     "glDrawElements"},
     {kStreamSubData, "streamSubData", DrawUnit::kModel, VertexUse::kStreamed, true,
      "glBufferSubData with all vertices; then glMultiDrawArrays"},
     {kStreamMapRange, "streamMapRange", DrawUnit::kModel, VertexUse::kStreamed, true,

@@ -256,6 +256,27 @@ std::vector<Changes> changesOf(const std::vector<SideView>& views, double thresh
   return all;
 }
 
+std::vector<std::size_t> changedMost(const std::vector<Changes>& changes, std::size_t most) {
+  std::vector<std::pair<double, std::size_t>> changed;  // by size, largest first
+  for (const Changes& ofSide : changes) {
+    const bool all = ofSide.overall.verdict == Verdict::kSlower;
+    for (const CellChange& cell : ofSide.cells) {
+      const Verdict verdict = cell.change.verdict;
+      if (all || verdict == Verdict::kSlower || verdict == Verdict::kFaster) {
+        changed.emplace_back(-std::abs(std::log(cell.change.ratio.middle)), cell.base);
+      }
+    }
+  }
+  std::sort(changed.begin(), changed.end());
+  std::vector<std::size_t> cells;
+  for (const auto& [size, cell] : changed) {
+    if (cells.size() < most && std::find(cells.begin(), cells.end(), cell) == cells.end()) {
+      cells.push_back(cell);
+    }
+  }
+  return cells;
+}
+
 std::vector<std::vector<bool>> decidedSoFar(const Record& record, double threshold) {
   const auto judgements = judge(evidenceOf(measuredOf(sidesOf(record))), threshold, kOnTheWay);
   std::vector<std::vector<bool>> decided(record.sides.size(),

@@ -76,6 +76,10 @@ struct Changes {
 /// `threshold` in percent.
 std::vector<Changes> changesOf(const std::vector<SideView>& views, double threshold);
 
+/// The base side's cells that changed most on any side, at most so many; where a side is slower
+/// overall, all of its cells count as changed.
+std::vector<std::size_t> changedMost(const std::vector<Changes>& changes, std::size_t most);
+
 /// A moment during a sitting of several sides: by side and cell whether it is surer than it needs
 /// to be in the end, so that looking early does not add false alarms (the rule of Haybittle and
 /// Peto). Nothing of the first side ever is.

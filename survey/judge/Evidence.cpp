@@ -163,7 +163,7 @@ Estimate changeOf(const std::vector<double>& base, const std::vector<double>& ne
 }
 
 Evidence evidenceOfSittings(const Measured& base, const Measured& newer) {
-  /// What sittings of one driver on one machine differ by; docs/performance.md has measured it.
+  /// More than steady cells of one driver were seen to differ by between sittings of one machine.
   constexpr double kAllowance = 0.1;
   std::vector<const Record*> sittings;
   for (const Measured* const side : {&base, &newer}) {

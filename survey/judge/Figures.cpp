@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
 #include <set>
 #include <sstream>
 #include <tuple>
@@ -213,6 +214,31 @@ Figures figuresOf(const SideView& side) {
                       [](const CellFigure& figure) { return !figure.precise; }));
   }
   return figures;
+}
+
+std::vector<bool> cellsAhead(const SideView& side, const Figures& figures) {
+  constexpr std::size_t kMostAhead = 4;
+  const std::size_t cells = side.record->cells.size();
+  std::vector<std::size_t> all(cells, 0);
+  for (const Visit& visit : side.record->visits) {
+    ++all[visit.cell];
+  }
+  std::vector<std::size_t> counting(cells, 0);
+  std::size_t fewest = std::numeric_limits<std::size_t>::max();
+  for (const Group& group : figures.groups) {
+    for (const CellFigure& figure : group.ranking) {
+      counting[figure.cell] = figure.visits;
+      // Where even twice the visits did not help, others are not to wait.
+      const bool hopes = all[figure.cell] <= 2 * side.record->visits.size() / cells;
+      fewest =
+          hopes && !side.state(figure.cell).isGivenUp() ? std::min(fewest, figure.visits) : fewest;
+    }
+  }
+  std::vector<bool> ahead;
+  std::transform(counting.begin(), counting.end(), std::back_inserter(ahead), [&](std::size_t own) {
+    return figures.states.areTwo && own > fewest && own - fewest > kMostAhead;
+  });
+  return ahead;
 }
 
 }  // namespace survey

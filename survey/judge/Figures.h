@@ -61,4 +61,8 @@ struct Figures {
 /// scatter; who leads, as rankingsOf (Ranking.h) has it.
 Figures figuresOf(const SideView& side);
 
+/// Where the core has two states: by cell, whether it was drawn in the one that counts by some
+/// visits more than others were, which are to catch up.
+std::vector<bool> cellsAhead(const SideView& side, const Figures& figures);
+
 }  // namespace survey

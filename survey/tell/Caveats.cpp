@@ -204,8 +204,9 @@ std::string sensitivityOf(const Changes& changes, double threshold) {
     return fmt::format(
         "One sitting a side does not tell how far sittings lie apart, so nothing is called slower "
         "or "
-        "faster, and the intervals are {:g} % wider at either end, which is what sittings of one "
-        "driver may differ by. Give several files a side, or let the drivers take turns with "
+        "faster, and the intervals are {:g} % wider at either end, to allow for what sittings "
+        "of one driver may differ by. Give several files a side, or let the drivers take turns "
+        "with "
         "versus.",
         changes.allowance);
   }

@@ -25,8 +25,7 @@ std::string partInWords(const FunctionChange& function, double base) {
   return fmt::format("{:+.1f} in {}{}", kPercent * function.change.middle / base, inWords(function),
                      function.base == 0      ? ", which was not there before"
                      : function.newer == 0   ? ", which is no longer there"
-                     : hasSameSize(function) ? ", whose code is as long as before (another place "
-                                               "in memory, or other data, may be why)"
+                     : hasSameSize(function) ? ", whose code is as long as before"
                                              : "");
 }
 
